@@ -1,0 +1,44 @@
+#include "framework/BinaryBuffer.h"
+
+#include <cstring>
+#include <new>
+#include <stdexcept>
+
+bool CShdBinaryBuffer::SetSize(size_t size)
+{
+    try {
+        m_bytes.resize(size);
+    } catch (const std::bad_alloc&) {
+        return false;
+    } catch (const std::length_error&) {
+        return false;
+    }
+    return true;
+}
+
+bool CShdBinaryBuffer::Append(const void* data, size_t size)
+{
+    const size_t old = m_bytes.size();
+    if (!SetSize(old + size))
+        return false;
+    if (size != 0)
+        std::memcpy(m_bytes.data() + old, data, size);
+    return true;
+}
+
+bool CShdBinaryBuffer::Assign(const void* data, size_t size)
+{
+    m_bytes.clear();
+    return Append(data, size);
+}
+
+CShdCopyableBinaryBuffer::CShdCopyableBinaryBuffer(const CShdCopyableBinaryBuffer& other) : CShdBinaryBuffer()
+{
+    m_bytes = other.m_bytes;
+}
+
+CShdCopyableBinaryBuffer& CShdCopyableBinaryBuffer::operator=(const CShdCopyableBinaryBuffer& other)
+{
+    m_bytes = other.m_bytes;
+    return *this;
+}

@@ -1,0 +1,19 @@
+# Sourced by the scripts: the build's own Wine prefix.
+#   quenda_wine_env PREFIX   exports the settings and creates the prefix once
+
+quenda_wine_env() {
+    export WINEPREFIX="$1"
+    export WINEDEBUG=-all
+    # No downloads of Mono or Gecko, which the program does not need.
+    export WINEDLLOVERRIDES="mscoree,mshtml="
+    # An English locale gives Windows-1252 as the ANSI code page.
+    export LANG=en_US.UTF-8
+    mkdir -p "$(dirname "$WINEPREFIX")"
+    (
+        flock 9
+        if [ ! -f "$WINEPREFIX/system.reg" ]; then
+            wineboot -i >/dev/null 2>&1
+            wineserver -w
+        fi
+    ) 9>"$WINEPREFIX.lock"
+}

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/Platform.h"
+#include "tests/support/TestText.h"
+
+namespace {
+
+// Files are made in the test's working folder, inside the build tree.
+class PlatformFiles : public testing::Test {
+protected:
+    void TearDown() override { m_platform.DeleteFileW(m_path); }
+
+    IPlatform& m_platform = Platform();
+    const CString m_path = W("platform-files-test.bin");
+};
+
+TEST_F(PlatformFiles, CreateWriteSeekReadAndDelete)
+{
+    HANDLE file = m_platform.CreateFileW(m_path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    DWORD written = 0;
+    ASSERT_TRUE(m_platform.WriteFile(file, "hello, world", 12, &written));
+    EXPECT_EQ(written, 12u);
+    EXPECT_TRUE(m_platform.FlushFileBuffers(file));
+    EXPECT_TRUE(m_platform.CloseHandle(file));
+
+    EXPECT_EQ(m_platform.CreateFileW(m_path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL),
+              INVALID_HANDLE_VALUE);
+    EXPECT_EQ(m_platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_EXISTS));
+
+    file = m_platform.CreateFileW(m_path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(m_platform.GetFileSize(file), 12u);
+    EXPECT_EQ(m_platform.SetFilePointer(file, 7, FILE_BEGIN), 7u);
+    char buffer[16] = {};
+    DWORD read = 0;
+    ASSERT_TRUE(m_platform.ReadFile(file, buffer, sizeof(buffer), &read));
+    EXPECT_EQ(std::string(buffer, read), "world") << "a read at the end is short, not a failure";
+    ASSERT_TRUE(m_platform.ReadFile(file, buffer, sizeof(buffer), &read));
+    EXPECT_EQ(read, 0u);
+    EXPECT_EQ(m_platform.SetFilePointer(file, -2, FILE_END), 10u);
+    EXPECT_EQ(m_platform.SetFilePointer(file, 0, FILE_CURRENT), 10u);
+    EXPECT_TRUE(m_platform.CloseHandle(file));
+
+    EXPECT_EQ(m_platform.GetFileAttributesW(m_path) & FILE_ATTRIBUTE_DIRECTORY, 0u);
+    EXPECT_EQ(m_platform.GetFileAttributesW(W(".")) & FILE_ATTRIBUTE_DIRECTORY,
+              static_cast<DWORD>(FILE_ATTRIBUTE_DIRECTORY));
+    EXPECT_TRUE(m_platform.DeleteFileW(m_path));
+    EXPECT_EQ(m_platform.GetFileAttributesW(m_path), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(m_platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(m_platform.CreateFileW(m_path, GENERIC_READ, 0, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL),
+              INVALID_HANDLE_VALUE);
+    EXPECT_EQ(m_platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_FALSE(m_platform.DeleteFileW(m_path));
+}
+
+// The ANSI code page is Windows-1252 on both builds (the test prefix runs
+// with an English locale).
+TEST(PlatformText, AnsiIsWindows1252BothWays)
+{
+    IPlatform& platform = Platform();
+    std::string bytes;
+    for (int byte = 0x20; byte <= 0xFF; ++byte)
+        bytes += static_cast<char>(byte);
+    std::vector<WCHAR> wide(bytes.size());
+    ASSERT_EQ(platform.MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, bytes.data(), static_cast<int>(bytes.size()),
+                                           wide.data(), static_cast<int>(wide.size())),
+              static_cast<int>(bytes.size()));
+    EXPECT_EQ(wide[0x80 - 0x20], 0x20AC);  // euro sign
+    EXPECT_EQ(wide[0x8A - 0x20], 0x0160);  // Š
+    EXPECT_EQ(wide[0x9F - 0x20], 0x0178);  // Ÿ
+    EXPECT_EQ(wide[0xE4 - 0x20], 0x00E4);  // ä
+
+    std::string back(bytes.size(), '\0');
+    ASSERT_EQ(platform.WideCharToMultiByte(CP_ACP, WC_COMPOSITECHECK, wide.data(), static_cast<int>(wide.size()),
+                                           &back[0], static_cast<int>(back.size())),
+              static_cast<int>(bytes.size()));
+    EXPECT_EQ(back, bytes);
+
+    // A character outside the code page still takes one byte.
+    const CString cyrillic = W("Ж");
+    char narrow[4] = {};
+    EXPECT_EQ(platform.WideCharToMultiByte(CP_ACP, WC_COMPOSITECHECK, cyrillic, 1, narrow, 4), 1);
+    // Counting mode and a buffer that is too small.
+    EXPECT_EQ(platform.WideCharToMultiByte(CP_ACP, 0, W("abc"), 3, nullptr, 0), 3);
+    EXPECT_EQ(platform.WideCharToMultiByte(CP_ACP, 0, W("abc"), 3, narrow, 2), 0);
+    EXPECT_EQ(platform.GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
+}
+
+}  // namespace

@@ -1,0 +1,28 @@
+#include "tests/support/TestText.h"
+
+#include "framework/Utf8.h"
+
+CString W(const char* utf8)
+{
+    return FromUtf8(utf8);
+}
+
+std::vector<BYTE> Bytes(std::initializer_list<int> values)
+{
+    std::vector<BYTE> bytes;
+    for (int value : values)
+        bytes.push_back(static_cast<BYTE>(value));
+    return bytes;
+}
+
+std::vector<BYTE> Utf16Bytes(const CString& text, bool withNul)
+{
+    std::vector<BYTE> bytes;
+    const size_t length = text.GetLength() + (withNul ? 1 : 0);
+    for (size_t i = 0; i < length; ++i) {
+        const uint16_t unit = static_cast<uint16_t>(text.GetString()[i]);
+        bytes.push_back(static_cast<BYTE>(unit & 0xFF));
+        bytes.push_back(static_cast<BYTE>(unit >> 8));
+    }
+    return bytes;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework/CString.h"
+#include "framework/Utf8.h"
+
+// Test literals: narrow UTF-8 text and byte lists, so that expectations read
+// the same on both builds.
+CString W(const char* utf8);
+std::vector<BYTE> Bytes(std::initializer_list<int> values);
+std::vector<BYTE> Utf16Bytes(const CString& text, bool withNul);
