@@ -1,0 +1,27 @@
+#!/bin/bash
+# Builds Quenda.exe and runs it under Wine, in the build's own prefix.
+# Without a display it runs on a virtual one and says how to look at it.
+#   run.sh [QUENDA ARGUMENTS...]
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+"$root/scripts/install-deps.sh"
+. "$root/scripts/lib/xvfb.sh"
+. "$root/scripts/lib/wine-env.sh"
+
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target Quenda
+
+quenda_wine_env "$root/build/windows/wineprefix"
+if [ -z "${DISPLAY:-}" ]; then
+    quenda_start_xvfb
+    echo "No display here: Quenda runs on the virtual display $DISPLAY."
+    echo "To see it, from another shell: scripts/screenshot.sh quenda.png $DISPLAY"
+    echo "Stop it with Ctrl+C."
+fi
+stop() {
+    wineserver -k 2>/dev/null || true
+    quenda_stop_xvfb
+}
+trap stop EXIT
+wine "$root/build/windows/bin/Quenda.exe" "$@"

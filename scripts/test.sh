@@ -1,0 +1,60 @@
+#!/bin/bash
+# Builds everything and runs every test: the portable core natively, with
+# AddressSanitizer and UndefinedBehaviorSanitizer, with ThreadSanitizer, and
+# the Windows build (Quenda.exe and its tests) under Wine.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+"$root/scripts/install-deps.sh"
+. "$root/scripts/lib/xvfb.sh"
+. "$root/scripts/lib/wine-env.sh"
+
+passed=0
+failed=0
+results=$(mktemp)
+
+cleanup() {
+    [ -n "${WINEPREFIX:-}" ] && wineserver -k 2>/dev/null || true
+    quenda_stop_xvfb
+    rm -f "$results"
+}
+trap cleanup EXIT
+
+run_preset() {
+    local preset=$1
+    echo "== $preset"
+    if ! { cmake --preset "$preset" >/dev/null && cmake --build --preset "$preset"; }; then
+        failed=$((failed + 1))
+        return 1
+    fi
+    local status=0
+    ctest --preset "$preset" -j2 2>&1 | tee "$results" || status=$?
+    local line
+    line=$(grep -E "tests passed, [0-9]+ tests failed out of [0-9]+" "$results" | tail -1)
+    if [ -n "$line" ]; then
+        local bad total
+        bad=$(echo "$line" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/')
+        total=$(echo "$line" | sed -E 's/.* tests failed out of ([0-9]+).*/\1/')
+        passed=$((passed + total - bad))
+        failed=$((failed + bad))
+    else
+        failed=$((failed + 1))
+    fi
+    return $status
+}
+
+export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
+export UBSAN_OPTIONS=print_stacktrace=1
+status=0
+run_preset native || status=1
+run_preset sanitize || status=1
+run_preset tsan || status=1
+
+# One Wine prefix, display and server for all Windows tests.
+quenda_wine_env "$root/build/windows/wineprefix"
+quenda_start_xvfb
+wineserver -p
+run_preset windows || status=1
+
+echo "total: $passed passed, $failed failed"
+exit $status
