@@ -29,3 +29,13 @@ inline bool IsPredefinedRoot(HKEY key)
     return value >= reinterpret_cast<ULONG_PTR>(HKEY_CLASSES_ROOT) &&
            value <= reinterpret_cast<ULONG_PTR>(HKEY_USERS);
 }
+
+// "HKEY_LOCAL_MACHINE" and so on; null for any other value.
+LPCWSTR RootLongName(HKEY root);
+// "HKLM" and so on; empty for any other value.
+LPCWSTR RootShortName(HKEY root);
+// A long or short root name, compared without regard to case and not
+// trimmed; null when the text names no root.
+HKEY ParseRootName(LPCWSTR text);
+// As ParseRootName, accepting only the long names (as .reg files need).
+HKEY ParseRootLongName(LPCWSTR text);

@@ -26,3 +26,9 @@ std::vector<BYTE> Utf16Bytes(const CString& text, bool withNul)
     }
     return bytes;
 }
+
+std::vector<BYTE> operator+(std::vector<BYTE> a, const std::vector<BYTE>& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}

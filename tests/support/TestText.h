@@ -11,3 +11,4 @@
 CString W(const char* utf8);
 std::vector<BYTE> Bytes(std::initializer_list<int> values);
 std::vector<BYTE> Utf16Bytes(const CString& text, bool withNul);
+std::vector<BYTE> operator+(std::vector<BYTE> a, const std::vector<BYTE>& b);

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "framework/CString.h"
+#include "platform/WinTypes.h"
+
+// Splits a full key path ("HKLM\Software\X") at its first backslash into a
+// root (long or short name) and the subkey path below it; no backslash means
+// the whole text is the root name. False, with a null root, when the root
+// name is unknown.
+bool ParseFullKeyPath(LPCWSTR text, HKEY& root, CString& subkeyPath);
+
+// The long root name, then "\" and the subkey path when that is not empty.
+// Empty for an unknown root.
+CString FullKeyName(HKEY root, LPCWSTR subkeyPath);

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "framework/BinaryBuffer.h"
+#include "framework/CString.h"
+#include "platform/WinTypes.h"
+
+// The program's only registry handle: one open key, closed (and flushed when
+// asked) by its destructor. Every operation returns false, 0 or an empty
+// result when no key is open or the platform call fails, and clears its
+// outputs first, so a failure leaves them empty. Used by one thread at a time.
+class CShdRegKey {
+public:
+    explicit CShdRegKey(bool flushOnClose = false);
+    virtual ~CShdRegKey();
+    CShdRegKey(const CShdRegKey&) = delete;
+    CShdRegKey& operator=(const CShdRegKey&) = delete;
+
+    HKEY GetHandle() const { return m_key; }
+    bool IsOpen() const { return m_key != nullptr; }
+
+    // Both close any key already open first. An empty path opens the parent
+    // itself. Create opens an existing key as well.
+    bool Open(HKEY parent, LPCWSTR path);
+    bool Create(HKEY parent, LPCWSTR path, LPCWSTR className);
+    void Close(bool flush);
+    void Close() { Close(m_flushOnClose); }
+
+    bool WriteString(LPCWSTR name, LPCWSTR text);
+    // Only string types; the text ends at the first NUL (a multi-string
+    // gives its first element).
+    bool ReadString(LPCWSTR name, CString& text);
+    CString ReadStringOr(LPCWSTR name, LPCWSTR defaultText);
+    bool WriteDword(LPCWSTR name, DWORD value);
+    // Only a REG_DWORD of exactly four bytes.
+    bool ReadDword(LPCWSTR name, DWORD& value);
+    DWORD ReadDwordOr(LPCWSTR name, DWORD defaultValue);
+    bool ReadBool(LPCWSTR name, bool defaultValue);
+    // The bytes as they are, with any type number.
+    bool WriteValue(LPCWSTR name, DWORD type, const BYTE* data, DWORD size);
+    bool ReadValue(LPCWSTR name, DWORD& type, CShdBinaryBuffer& data);
+    bool ValueExists(LPCWSTR name);
+    bool GetValueType(LPCWSTR name, DWORD& type);
+    bool DeleteValue(LPCWSTR name);
+
+    DWORD ValueCount();
+    DWORD SubkeyCount();
+    // Enumeration by index from 0; it ends at the first failure of any kind.
+    // The Fast forms size their first buffer from the longest name.
+    bool EnumSubkey(DWORD index, CString& name);
+    bool EnumSubkeyFast(DWORD index, CString& name);
+    bool EnumValueName(DWORD index, CString& name, DWORD& type);
+    bool EnumValueNameFast(DWORD index, CString& name, DWORD& type);
+    bool EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBuffer& data);
+    bool GetClass(CString& text);
+
+private:
+    bool EnumSubkeyFrom(DWORD index, DWORD capacity, CString& name);
+    bool EnumValueNameFrom(DWORD index, DWORD capacity, CString& name, DWORD& type);
+    bool QueryInfo(DWORD* subKeys, DWORD* maxSubKeyLength, DWORD* values, DWORD* maxValueNameLength);
+
+    HKEY m_key = nullptr;
+    bool m_flushOnClose;
+};

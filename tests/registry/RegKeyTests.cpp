@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include "platform/FaultInjectingPlatform.h"
+#include "registry/RegKey.h"
+#include "tests/support/ScratchKey.h"
+#include "tests/support/TestText.h"
+
+namespace {
+
+class RegKeyTest : public testing::Test {
+protected:
+    RegKeyTest() : m_scoped(m_faults), m_scratch(TEXT("RegKey")) { EXPECT_TRUE(m_key.Open(m_scratch.Handle(), TEXT(""))); }
+
+    void Write(const CString& name, DWORD type, const std::vector<BYTE>& data)
+    {
+        ASSERT_TRUE(m_key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
+    }
+
+    CFaultInjectingPlatform m_faults;
+    CScopedPlatform m_scoped;
+    CScratchKey m_scratch;
+    CShdRegKey m_key{true};
+};
+
+TEST_F(RegKeyTest, TypedReadsAcceptOnlyTheirOwnForms)
+{
+    Write(W("dw"), REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12}));
+    Write(W("dw2"), REG_DWORD, Bytes({1, 0}));
+    Write(W("five"), REG_DWORD, Bytes({5, 0, 0, 0}));
+    Write(W("bin"), REG_BINARY, Bytes({0x61, 0}));
+    Write(W("multi"), REG_MULTI_SZ, Utf16Bytes(W("first"), true) + Utf16Bytes(W("second"), true));
+    Write(W("unterminated"), REG_EXPAND_SZ, Utf16Bytes(W("%x%"), false));
+    ASSERT_TRUE(m_key.WriteString(W("text"), W("Ärger")));
+
+    DWORD value = 99;
+    EXPECT_TRUE(m_key.ReadDword(W("dw"), value));
+    EXPECT_EQ(value, 0x12345678u);
+    EXPECT_FALSE(m_key.ReadDword(W("dw2"), value));
+    EXPECT_EQ(value, 0u) << "a 2-byte DWORD is no DWORD";
+    EXPECT_FALSE(m_key.ReadDword(W("text"), value));
+    EXPECT_EQ(m_key.ReadDwordOr(W("missing"), 7u), 7u);
+    EXPECT_TRUE(m_key.ReadBool(W("five"), false));
+    EXPECT_TRUE(m_key.ReadBool(W("dw2"), true));
+
+    CString text = W("sentinel");
+    EXPECT_FALSE(m_key.ReadString(W("bin"), text));
+    EXPECT_EQ(text, W(""));
+    EXPECT_TRUE(m_key.ReadString(W("text"), text));
+    EXPECT_EQ(text, W("Ärger"));
+    EXPECT_TRUE(m_key.ReadString(W("multi"), text));
+    EXPECT_EQ(text, W("first"));
+    EXPECT_TRUE(m_key.ReadString(W("unterminated"), text));
+    EXPECT_EQ(text, W("%x%"));
+    EXPECT_EQ(m_key.ReadStringOr(W("missing"), TEXT("default")), W("default"));
+    EXPECT_FALSE(m_key.WriteString(W("null"), nullptr));
+
+    DWORD type = 0;
+    EXPECT_TRUE(m_key.GetValueType(W("multi"), type));
+    EXPECT_EQ(type, static_cast<DWORD>(REG_MULTI_SZ));
+    EXPECT_TRUE(m_key.ValueExists(W("BIN")));
+    EXPECT_TRUE(m_key.DeleteValue(W("bin")));
+    EXPECT_FALSE(m_key.ValueExists(W("bin")));
+    EXPECT_EQ(m_key.ValueCount(), 6u);
+}
+
+TEST_F(RegKeyTest, LongNamesAndLargeDataAreReadWhole)
+{
+    const CString name260 = W(std::string(260, 'n').c_str());
+    const CString name400 = W(std::string(400, 'm').c_str());
+    std::vector<BYTE> big(3000);
+    for (size_t i = 0; i < big.size(); ++i)
+        big[i] = static_cast<BYTE>(i);
+    Write(name260, REG_BINARY, Bytes({1}));
+    Write(name400, REG_BINARY, big);
+    Write(W("exact"), REG_BINARY, std::vector<BYTE>(1025, 0xAB));
+    // Key names have at most 255 characters.
+    const CString name255 = W(std::string(255, 'k').c_str());
+    CShdRegKey child;
+    ASSERT_TRUE(child.Create(m_key.GetHandle(), name255, nullptr));
+
+    // Values enumerate as "exact", name400, name260. The longest value name
+    // is 400: the fast form starts there and needs one growth step for it;
+    // the plain form starts at 261 and also grows once.
+    CString name;
+    DWORD type = 0;
+    m_faults.ResetRegistryCallCount();
+    EXPECT_TRUE(m_key.EnumValueNameFast(1, name, type));
+    EXPECT_EQ(name, name400);
+    EXPECT_EQ(m_faults.RegistryCallCount(), 3u) << "info, one short call, one that fits";
+    EXPECT_TRUE(m_key.EnumValueName(1, name, type));
+    EXPECT_EQ(name, name400);
+    EXPECT_TRUE(m_key.EnumValueNameFast(2, name, type));
+    EXPECT_EQ(name, name260);
+    EXPECT_TRUE(m_key.EnumSubkeyFast(0, name));
+    EXPECT_EQ(name, name255);
+    EXPECT_TRUE(m_key.EnumSubkey(0, name));
+    EXPECT_EQ(name, name255);
+    EXPECT_FALSE(m_key.EnumSubkey(1, name));
+    EXPECT_EQ(name, W(""));
+
+    CShdBinaryBuffer data;
+    EXPECT_TRUE(m_key.EnumValue(1, name, type, data));
+    EXPECT_EQ(name, name400);
+    EXPECT_EQ(std::vector<BYTE>(data.GetData(), data.GetData() + data.GetSize()), big);
+    EXPECT_TRUE(m_key.EnumValue(0, name, type, data));
+    EXPECT_EQ(name, W("exact"));
+    EXPECT_EQ(data.GetSize(), 1025u);
+    EXPECT_TRUE(m_key.ReadValue(name400, type, data));
+    EXPECT_EQ(data.GetSize(), 3000u);
+    EXPECT_EQ(type, static_cast<DWORD>(REG_BINARY));
+    EXPECT_FALSE(m_key.EnumValue(3, name, type, data));
+    EXPECT_TRUE(data.IsEmpty());
+}
+
+TEST_F(RegKeyTest, ClassesOpeningAndClosing)
+{
+    CShdRegKey child(true);
+    ASSERT_TRUE(child.Create(m_key.GetHandle(), W("Classy"), W("myclass")));
+    CString className;
+    EXPECT_TRUE(child.GetClass(className));
+    EXPECT_EQ(className, W("myclass"));
+    EXPECT_EQ(m_key.SubkeyCount(), 1u);
+
+    // A failed open closes the key that was open before.
+    EXPECT_FALSE(child.Open(m_key.GetHandle(), W("Missing")));
+    EXPECT_FALSE(child.IsOpen());
+    EXPECT_FALSE(child.GetClass(className));
+    EXPECT_EQ(className, W(""));
+    EXPECT_EQ(child.ValueCount(), 0u);
+    EXPECT_FALSE(child.WriteDword(W("x"), 1));
+
+    m_faults.FailOpen(TEXT("Classy"));
+    EXPECT_FALSE(child.Open(m_key.GetHandle(), W("Classy")));
+    m_faults.Clear();
+
+    // Flush on close costs one call more than a plain close.
+    ASSERT_TRUE(child.Open(m_key.GetHandle(), W("classy")));
+    m_faults.ResetRegistryCallCount();
+    child.Close();
+    EXPECT_EQ(m_faults.RegistryCallCount(), 2u);
+    ASSERT_TRUE(child.Open(m_key.GetHandle(), W("classy")));
+    m_faults.ResetRegistryCallCount();
+    child.Close(false);
+    EXPECT_EQ(m_faults.RegistryCallCount(), 1u);
+}
+
+}  // namespace
