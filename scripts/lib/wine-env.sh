@@ -13,6 +13,9 @@ quenda_wine_env() {
         flock 9
         if [ ! -f "$WINEPREFIX/system.reg" ]; then
             wineboot -i >/dev/null 2>&1
+            # Without a window manager (Xvfb), Wine draws captions and
+            # frames itself only for windows it does not leave to one.
+            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
             wineserver -w
         fi
     ) 9>"$WINEPREFIX.lock"
