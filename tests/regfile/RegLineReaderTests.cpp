@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/Platform.h"
+#include "regfile/RegLineReader.h"
+#include "tests/support/TestText.h"
+
+namespace {
+
+// Writes `bytes` to a file and reads it back as lines through a reader with
+// a buffer of `bufferSize` bytes.
+std::vector<CString> ReadLines(const std::string& bytes, DWORD bufferSize, bool* unicode = nullptr)
+{
+    IPlatform& platform = Platform();
+    const CString path = W("line-reader-test.reg");
+    HANDLE file = platform.CreateFileW(path, GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    DWORD written = 0;
+    platform.WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written);
+    platform.CloseHandle(file);
+
+    file = platform.CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    std::vector<CString> lines;
+    CRegLineReader reader(file, bufferSize);
+    EXPECT_EQ(reader.Open(platform.GetFileSize(file)), CRegLineReader::EResult::Line);
+    CString line;
+    while (reader.ReadLine(line) == CRegLineReader::EResult::Line)
+        lines.push_back(line);
+    if (unicode != nullptr)
+        *unicode = reader.IsUnicode();
+    platform.CloseHandle(file);
+    platform.DeleteFileW(path);
+    return lines;
+}
+
+std::string Utf16File(const std::u16string& text)
+{
+    std::string bytes = "\xFF\xFE";
+    for (char16_t c : text) {
+        bytes += static_cast<char>(c & 0xFF);
+        bytes += static_cast<char>(c >> 8);
+    }
+    return bytes;
+}
+
+TEST(RegLineReader, EveryLineEndCountsOnceAtAnyBufferSize)
+{
+    const std::string text = "a\r\nb\rc\nd\n\re\r\n\r\nf\n\ng";
+    const std::vector<CString> expected = {W("a"), W("b"), W("c"), W("d"), W("e"), W(""), W("f"), W(""), W("g")};
+    for (DWORD bufferSize : {1u, 2u, 3u, 7u, 0x80000u}) {
+        SCOPED_TRACE(bufferSize);
+        EXPECT_EQ(ReadLines(text, bufferSize), expected);
+        bool unicode = false;
+        EXPECT_EQ(ReadLines(Utf16File(u"a\r\nb\rc\nd\n\re\r\n\r\nf\n\ng"), bufferSize * 2, &unicode), expected);
+        EXPECT_TRUE(unicode);
+    }
+}
+
+TEST(RegLineReader, TinyFilesLongLinesAndOddBytes)
+{
+    EXPECT_TRUE(ReadLines("", 16).empty());
+    EXPECT_EQ(ReadLines("x", 16), std::vector<CString>{W("x")});
+    EXPECT_EQ(ReadLines("\r\n", 16), std::vector<CString>{W("")});
+    EXPECT_TRUE(ReadLines("\xFF\xFE", 16).empty()) << "a byte-order mark alone holds no line";
+    // A last odd byte of a UTF-16 file is no character.
+    EXPECT_EQ(ReadLines(Utf16File(u"ab") + "c", 16), std::vector<CString>{W("ab")});
+
+    const std::string longLine(100000, 'q');
+    const std::vector<CString> lines = ReadLines(longLine + "\nz", 4096);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].GetLength(), 100000u);
+    EXPECT_EQ(lines[1], W("z"));
+}
+
+TEST(RegLineReader, AnsiBytesWidenThroughTheCodePage)
+{
+    std::string bytes;
+    for (int byte = 0x80; byte <= 0xFF; ++byte)
+        bytes += static_cast<char>(byte);
+    const std::vector<CString> lines = ReadLines(bytes, 64);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].GetAt(0), 0x20AC);
+    EXPECT_EQ(lines[0].GetAt(lines[0].GetLength() - 1), 0x00FF);
+    EXPECT_EQ(lines[0].GetLength(), 128u);
+}
+
+}  // namespace
