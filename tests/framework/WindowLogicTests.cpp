@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "framework/CommandLine.h"
+#include "framework/DpiScale.h"
+#include "framework/SystemInfo.h"
+#include "framework/WaitCursorState.h"
+#include "tests/support/TestText.h"
+
+namespace {
+
+TEST(DpiScale, RoundsHalfAwayFromZeroInBothDirections)
+{
+    struct SCase {
+        int units;
+        int dpi;
+        int pixels;
+    } cases[] = {
+        {0, 96, 0},    {7, 96, 7},     {7, 192, 14},   {1, 120, 1},  {2, 120, 3},    {-2, 120, -3},
+        {-1, 120, -1}, {17, 144, 26},  {-17, 144, -26}, {5, 131, 7}, {-5, 131, -7}, {1, 48, 1},
+        {-1, 48, -1},  {1, 47, 0},     {-1, 47, 0},    {100000000, 192, 200000000},
+    };
+    for (const SCase& c : cases)
+        EXPECT_EQ(ScaleByDpi(c.units, c.dpi), c.pixels) << c.units << " at " << c.dpi;
+}
+
+TEST(DpiScale, ScreenScalingUsesEachAxisOwnResolution)
+{
+    CScopedScreenDpi dpi(192, 120);
+    EXPECT_EQ(ScaleX(10), 20);
+    EXPECT_EQ(ScaleY(10), 13);
+    EXPECT_EQ(ScaleY(-10), -13);
+}
+
+TEST(DpiScale, PointSizesBecomeCharacterHeights)
+{
+    EXPECT_EQ(FontHeightForPoints(8, 96), -11);
+    EXPECT_EQ(FontHeightForPoints(8, 192), -21);
+    EXPECT_EQ(FontHeightForPoints(9, 96), -12);
+}
+
+TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99)
+{
+    EXPECT_EQ(PackOsVersion(4, 20), 0x0420u);
+    EXPECT_EQ(PackOsVersion(4, 21), 0x0421u);
+    EXPECT_EQ(PackOsVersion(5, 0), 0x0500u);
+    EXPECT_EQ(PackOsVersion(10, 0), 0x1000u);
+    EXPECT_EQ(PackOsVersion(120, 2), 0x9902u);
+    EXPECT_EQ(PackOsVersion(5, 250), 0x0599u);
+}
+
+TEST(OsVersion, OnlyAnOldSmartphoneTakesMenuBarResources)
+{
+    EXPECT_TRUE(UsesMenuBarResource(true, 0x0421));
+    EXPECT_FALSE(UsesMenuBarResource(true, 0x0500));
+    EXPECT_FALSE(UsesMenuBarResource(false, 0x0420));
+    EXPECT_TRUE(IsSmartphonePlatformType(W("SmartPhone")));
+    EXPECT_FALSE(IsSmartphonePlatformType(W("PocketPC")));
+    EXPECT_FALSE(IsSmartphonePlatformType(nullptr));
+}
+
+std::vector<std::string> AllTokens(const char* commandLine, std::vector<size_t>* positions = nullptr)
+{
+    const CString text = W(commandLine);
+    std::vector<std::string> tokens;
+    size_t position = 0;
+    CString token = W("sentinel");
+    while (ReadCommandLineToken(text, position, text.GetLength(), token)) {
+        tokens.push_back(ToUtf8(token));
+        if (positions != nullptr)
+            positions->push_back(position);
+    }
+    EXPECT_EQ(token, W("")) << "the end of the line empties the token";
+    return tokens;
+}
+
+TEST(CommandLineToken, SplitsAtBlanksOutsideQuotes)
+{
+    std::vector<size_t> positions;
+    EXPECT_EQ(AllTokens("  \"a b\" c", &positions), (std::vector<std::string>{"a b", "c"}));
+    EXPECT_EQ(positions.front(), 7u) << "left at the blank before c";
+    EXPECT_EQ(AllTokens("\"say \"\"hi\"\"\""), (std::vector<std::string>{"say \"hi\""}));
+    EXPECT_EQ(AllTokens("a\"b c\"d e"), (std::vector<std::string>{"a\"b c\"d", "e"}));
+    EXPECT_EQ(AllTokens("\"My Files\\a.reg\""), (std::vector<std::string>{"My Files\\a.reg"}));
+    EXPECT_EQ(AllTokens("\"a\"\"b.reg\""), (std::vector<std::string>{"a\"b.reg"}));
+    EXPECT_EQ(AllTokens("\"\" x"), (std::vector<std::string>{"", "x"}));
+    EXPECT_EQ(AllTokens("\"open"), (std::vector<std::string>{"open"}));
+    EXPECT_EQ(AllTokens("\ttab "), (std::vector<std::string>{"\ttab"})) << "only the space is a blank";
+    EXPECT_TRUE(AllTokens("   ").empty());
+    EXPECT_TRUE(AllTokens("").empty());
+}
+
+TEST(CommandLineToken, StopsAtTheGivenLength)
+{
+    const CString text = W("abc def");
+    size_t position = 0;
+    CString token;
+    EXPECT_TRUE(ReadCommandLineToken(text, position, 2, token));
+    EXPECT_EQ(token, W("ab"));
+    EXPECT_FALSE(ReadCommandLineToken(text, position, 2, token));
+    position = 0;
+    EXPECT_FALSE(ReadCommandLineToken(nullptr, position, 5, token));
+}
+
+class CRecordingCursor : public ICursorDevice {
+public:
+    HANDLE ShowWaitCursor() override
+    {
+        m_log += "wait ";
+        const HANDLE previous = m_current;
+        m_current = Wait();
+        return previous;
+    }
+    void ShowCursor(HANDLE cursor) override
+    {
+        m_log += cursor == Arrow() ? "arrow " : cursor == nullptr ? "none " : "other ";
+        m_current = cursor;
+    }
+    static HANDLE Arrow() { return reinterpret_cast<HANDLE>(0x10); }
+    static HANDLE Wait() { return reinterpret_cast<HANDLE>(0x20); }
+
+    HANDLE m_current = Arrow();
+    std::string m_log;
+};
+
+TEST(WaitCursor, NestedWaitsRestoreTheFirstCursorAtTheLastEnd)
+{
+    CRecordingCursor cursor;
+    CWaitCursorState state;
+    for (int i = 0; i < 3; ++i)
+        state.Change(+1, cursor);
+    state.Change(-1, cursor);
+    state.Change(-1, cursor);
+    EXPECT_EQ(cursor.m_current, CRecordingCursor::Wait());
+    state.Change(-1, cursor);
+    EXPECT_EQ(cursor.m_log, "wait wait wait wait wait arrow ");
+    EXPECT_EQ(state.GetCount(), 0);
+
+    state.Change(-1, cursor);
+    EXPECT_EQ(state.GetCount(), 0) << "an extra end does not go below 0";
+    const HANDLE other = reinterpret_cast<HANDLE>(0x30);
+    cursor.m_current = other;
+    state.Change(+1, cursor);
+    EXPECT_EQ(state.GetCount(), 1);
+    state.Change(-1, cursor);
+    EXPECT_EQ(cursor.m_current, other) << "a fresh wait saves the cursor of its own start";
+}
+
+}  // namespace
