@@ -25,3 +25,12 @@ CString FullKeyName(HKEY root, LPCWSTR subkeyPath)
     }
     return name;
 }
+
+CString ChildKeyPath(LPCWSTR parentPath, LPCWSTR name)
+{
+    CString path(parentPath != nullptr ? parentPath : TEXT(""));
+    if (!path.IsEmpty())
+        path += TEXT("\\");
+    path += name != nullptr ? name : TEXT("");
+    return path;
+}

@@ -12,3 +12,7 @@ bool ParseFullKeyPath(LPCWSTR text, HKEY& root, CString& subkeyPath);
 // The long root name, then "\" and the subkey path when that is not empty.
 // Empty for an unknown root.
 CString FullKeyName(HKEY root, LPCWSTR subkeyPath);
+
+// The path of a subkey: the parent's path, "\" and the name; directly under
+// a root (an empty parent path), the name alone.
+CString ChildKeyPath(LPCWSTR parentPath, LPCWSTR name);

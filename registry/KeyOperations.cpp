@@ -1,0 +1,137 @@
+#include "registry/KeyOperations.h"
+
+#include <climits>
+
+#include "framework/BinaryBuffer.h"
+#include "framework/Text.h"
+#include "platform/Platform.h"
+#include "registry/KeyPath.h"
+#include "registry/RegKey.h"
+
+namespace {
+
+const int kFirstUniqueNumber = 2;
+const int kLastUniqueNumber = 32767;
+
+// A decimal number as the C library's _wtol reads it: leading white space,
+// an optional sign, then digits up to the first other character; 0 when
+// there are none, and the nearest limit when the number does not fit.
+long ParseLong(const CString& text)
+{
+    size_t i = 0;
+    while (i < text.GetLength() && IsSpace(text.GetAt(i)))
+        ++i;
+    bool negative = false;
+    if (i < text.GetLength() && (text.GetAt(i) == '+' || text.GetAt(i) == '-'))
+        negative = text.GetAt(i++) == '-';
+    long long value = 0;
+    for (; i < text.GetLength() && text.GetAt(i) >= '0' && text.GetAt(i) <= '9'; ++i) {
+        value = value * 10 + (text.GetAt(i) - '0');
+        if (value > LONG_MAX)
+            return negative ? LONG_MIN : LONG_MAX;
+    }
+    return static_cast<long>(negative ? -value : value);
+}
+
+bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath)
+{
+    CShdRegKey source(false);
+    if (!source.Open(sourceRoot, sourcePath))
+        return false;
+    CString className;
+    source.GetClass(className);
+    CShdRegKey target(true);
+    if (!target.Create(targetRoot, targetPath, className))
+        return false;
+
+    bool ok = true;
+    CString name;
+    DWORD type = 0;
+    CShdBinaryBuffer data;
+    const DWORD values = source.ValueCount();
+    for (DWORD index = 0; index < values; ++index) {
+        if (!source.EnumValueName(index, name, type) || !source.ReadValue(name, type, data) ||
+            !target.WriteValue(name, type, data.GetData(), static_cast<DWORD>(data.GetSize())))
+            ok = false;
+    }
+    const DWORD subkeys = source.SubkeyCount();
+    for (DWORD index = 0; index < subkeys; ++index) {
+        if (!source.EnumSubkey(index, name) || !CopyTree(source.GetHandle(), name, target.GetHandle(), name))
+            ok = false;
+    }
+    return ok;
+}
+
+}  // namespace
+
+bool CopyKeyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath)
+{
+    const LPCWSTR source = sourcePath != nullptr ? sourcePath : TEXT("");
+    const LPCWSTR target = targetPath != nullptr ? targetPath : TEXT("");
+    // A copy into its own subtree would find its own output among the
+    // subkeys still to copy, for ever.
+    if (sourceRoot == targetRoot && (*source == 0 || IsSameOrDescendant(targetRoot, target, sourceRoot, source, true)))
+        return false;
+    return CopyTree(sourceRoot, source, targetRoot, target);
+}
+
+bool DeleteKeyTree(HKEY root, LPCWSTR path)
+{
+    const CString keyPath(path != nullptr ? path : TEXT(""));
+    {
+        CShdRegKey key(true);
+        if (key.Open(root, keyPath)) {
+            CString name;
+            // From the last subkey down, so that each deletion leaves the
+            // indexes still to visit where they were.
+            for (DWORD index = key.SubkeyCount(); index-- > 0;) {
+                if (key.EnumSubkeyFast(index, name))
+                    DeleteKeyTree(root, ChildKeyPath(keyPath, name));
+            }
+            DWORD type = 0;
+            DWORD count = key.ValueCount();
+            for (DWORD index = 0; index < count;) {
+                if (key.EnumValueName(index, name, type) && key.DeleteValue(name))
+                    --count;
+                else
+                    ++index;
+            }
+        }
+    }
+    Platform().RegDeleteKeyW(root, keyPath);
+    Platform().RegFlushKey(root);
+    CShdRegKey check;
+    return !check.Open(root, keyPath);
+}
+
+bool IsSameOrDescendant(HKEY rootA, LPCWSTR pathA, HKEY rootB, LPCWSTR pathB, bool allowEqual)
+{
+    const LPCWSTR a = pathA != nullptr ? pathA : TEXT("");
+    const LPCWSTR b = pathB != nullptr ? pathB : TEXT("");
+    const size_t lengthA = StrLen(a);
+    const size_t lengthB = StrLen(b);
+    if (rootA != rootB || lengthA < lengthB || (lengthA == lengthB && !allowEqual) ||
+        CompareNoCase(a, b, lengthB) != 0)
+        return false;
+    return lengthA == lengthB || a[lengthB] == '\\';
+}
+
+bool MakeUniqueName(LPCWSTR sourceName, const std::function<bool(const CString&)>& exists, CString& uniqueName)
+{
+    uniqueName.Empty();
+    CString base(sourceName != nullptr ? sourceName : TEXT(""));
+    // "Name (3)" is a copy already: number its copies from the plain name.
+    const size_t length = base.GetLength();
+    const int open = base.ReverseFind('(');
+    if (length >= 4 && open >= 1 && base.GetAt(static_cast<size_t>(open) - 1) == ' ' &&
+        base.GetAt(length - 1) == ')' && ParseLong(base.Mid(static_cast<size_t>(open) + 1)) > 0)
+        base.Truncate(static_cast<size_t>(open) - 1);
+    for (int number = kFirstUniqueNumber; number <= kLastUniqueNumber; ++number) {
+        const CString candidate = CString::Formatted(TEXT("%s (%i)"), base, number);
+        if (!exists(candidate)) {
+            uniqueName = candidate;
+            return true;
+        }
+    }
+    return false;
+}
