@@ -138,10 +138,11 @@ EData ParseHexBytes(const CString& line, size_t position, CShdBinaryBuffer& data
     }
 }
 
-EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBinaryBuffer& data)
+EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBinaryBuffer& data, bool& hexForm)
 {
     type = REG_NONE;
     data.Clear();
+    hexForm = false;
     position = SkipSpace(line, position);
     if (position >= line.GetLength())
         return EData::SyntaxError;
@@ -173,6 +174,7 @@ EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBina
         return data.Assign(bytes, sizeof(bytes)) ? EData::Complete : EData::OutOfMemory;
     }
     if (StartsWithNoCase(line, position, TEXT("hex:"))) {
+        hexForm = true;
         type = REG_BINARY;
         return ParseHexBytes(line, position + 4, data);
     }
@@ -184,6 +186,7 @@ EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBina
             value = value * 16 + static_cast<DWORD>(HexDigitValue(line.GetAt(position)));
         if (digits < 1 || digits > 8 || !StartsWithNoCase(line, position, TEXT("):")))
             return EData::SyntaxError;
+        hexForm = true;
         type = value;
         return ParseHexBytes(line, position + 2, data);
     }

@@ -30,7 +30,8 @@ enum class EData { Complete, Continues, SyntaxError, OutOfMemory };
 
 // The data after "=": a quoted string (REG_SZ, with its NUL), dword:,
 // hex: or hex(type):. Hex data ending in "\" continues on the next lines.
-EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBinaryBuffer& data);
+// `hexForm` tells whether the data was written as hex bytes.
+EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBinaryBuffer& data, bool& hexForm);
 
 // A comma-separated list of one- or two-digit hexadecimal bytes, appended
 // to `data`; a "\" at the end means that more follows.

@@ -136,8 +136,10 @@ TEST(RegSyntax, DataForms)
         SCOPED_TRACE(item.data);
         DWORD type = 99;
         CShdBinaryBuffer data;
-        ASSERT_EQ(ParseValueData(W(item.data), 0, type, data), item.result);
+        bool hexForm = false;
+        ASSERT_EQ(ParseValueData(W(item.data), 0, type, data, hexForm), item.result);
         if (item.result != EData::SyntaxError) {
+            EXPECT_EQ(hexForm, CString(W(item.data)).Left(3).CompareNoCase(TEXT("hex")) == 0);
             EXPECT_EQ(type, item.type);
             EXPECT_EQ(Data(data), item.bytes);
         }
