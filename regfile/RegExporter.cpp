@@ -1,0 +1,87 @@
+#include "regfile/RegExporter.h"
+
+#include "framework/ObjArray.h"
+#include "framework/Text.h"
+#include "platform/Platform.h"
+#include "regfile/FileWriteCache.h"
+#include "regfile/Handle.h"
+#include "regfile/RegFileWriter.h"
+#include "registry/KeyPath.h"
+#include "registry/RegKey.h"
+#include "registry/RegistryRoots.h"
+
+CRegExporter::~CRegExporter()
+{
+    Cancel(false);
+}
+
+bool CRegExporter::Start(LPCWSTR path, bool createNew, bool unicode, HKEY root, LPCWSTR subkeyPath)
+{
+    if (IsRunning())
+        return false;
+    m_createNew = createNew;
+    m_unicode = unicode;
+    m_root = root;
+    m_subkeyPath = subkeyPath != nullptr ? subkeyPath : TEXT("");
+    return StartJob(path);
+}
+
+bool CRegExporter::Run()
+{
+    CShdHandle file(Platform().CreateFileW(FilePath(), GENERIC_WRITE, FILE_SHARE_READ,
+                                           m_createNew ? CREATE_NEW : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL));
+    if (!file.IsValid())
+        return false;
+    CShdFileWriteCache cache;
+    CRegFileWriter writer(cache, m_unicode);
+    bool ok = cache.SetBufferSize(kCacheSize) && cache.Attach(file.Get()) && writer.WriteHeader();
+    if (m_root != nullptr) {
+        // A key line needs the root's name.
+        ok = ok && RootLongName(m_root) != nullptr && WriteTree(writer, m_root, m_subkeyPath, m_root, m_subkeyPath);
+    } else {
+        for (DWORD value = kRootClassesRoot; ok && value < kRootClassesRoot + kRootCount; ++value) {
+            const HKEY root = RootKeyFromValue(value);
+            ok = WriteTree(writer, root, TEXT(""), root, CString());
+        }
+    }
+    if (IsCancelled()) {
+        writer.WriteCancelledLine();
+        ok = false;
+    }
+    if (ok)
+        ok = cache.Flush();
+    cache.Close();
+    Platform().FlushFileBuffers(file.Get());
+    return ok;
+}
+
+bool CRegExporter::WriteTree(CRegFileWriter& writer, HKEY parent, LPCWSTR openPath, HKEY root, const CString& path)
+{
+    CShdRegKey key;
+    if (!key.Open(parent, openPath))
+        return true;
+    if (IsCancelled() || !writer.WriteKeyLine(root, path))
+        return false;
+    DWORD type = 0;
+    for (DWORD index = 0; key.EnumValue(index, m_valueName, type, m_valueData); ++index) {
+        if (IsCancelled() || !writer.WriteValueLine(m_valueName, type, m_valueData))
+            return false;
+    }
+    if (!writer.WriteEmptyLine())
+        return false;
+
+    CShdObjArray<CString> subkeys;
+    CString name;
+    for (DWORD index = 0; key.EnumSubkey(index, name); ++index) {
+        if (subkeys.Add(new CString(name)) < 0)
+            return false;
+    }
+    subkeys.Sort([](const CString& a, const CString& b) { return CompareNoCase(a, b); });
+    // Each subkey opens relative to its open parent, which spares the
+    // registry a walk down the whole path.
+    for (size_t i = 0; i < subkeys.GetCount(); ++i) {
+        if (!WriteTree(writer, key.GetHandle(), *subkeys[i], root, ChildKeyPath(path, *subkeys[i])))
+            return false;
+    }
+    return true;
+}
