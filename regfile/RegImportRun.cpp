@@ -1,0 +1,239 @@
+#include "regfile/RegImportRun.h"
+
+#include <new>
+#include <vector>
+
+#include "framework/Text.h"
+#include "platform/Platform.h"
+#include "regfile/Handle.h"
+#include "regfile/RegSyntax.h"
+#include "registry/KeyOperations.h"
+#include "registry/RegistryRoots.h"
+
+using namespace regsyntax;
+
+namespace {
+
+const WCHAR kUnicodeHeader[] = TEXT("Windows Registry Editor Version 5.00");
+const WCHAR kAnsiHeader[] = TEXT("QUENDA4");
+
+bool IsTextType(DWORD type)
+{
+    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
+}
+
+}  // namespace
+
+CRegImportRun::CRegImportRun(LPCWSTR path, bool checkHeader, DWORD bufferSize)
+    : m_path(path), m_checkHeader(checkHeader), m_bufferSize(bufferSize)
+{
+}
+
+bool CRegImportRun::Run(const std::function<bool()>& cancelled, CString& errorText)
+{
+    {
+        CShdHandle file(Platform().CreateFileW(m_path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING,
+                                                FILE_ATTRIBUTE_NORMAL));
+        if (!file.IsValid()) {
+            m_failed = true;
+            m_error.Format(TEXT("Unable to open file \"%s\"."), m_path);
+        } else {
+            ReadAll(file.Get());
+        }
+        m_key.Close();
+        for (DWORD root = kRootClassesRoot; root < kRootClassesRoot + kRootCount; ++root)
+            Platform().RegFlushKey(RootKeyFromValue(root));
+    }
+    if (cancelled()) {
+        errorText = TEXT("Cancelled by user.");
+        return false;
+    }
+    if (!m_failed && m_partial) {
+        errorText = TEXT("Not all keys and values were imported.");
+        return false;
+    }
+    errorText = m_failed ? m_error : CString();
+    return !m_failed;
+}
+
+void CRegImportRun::ReadAll(HANDLE file)
+{
+    const DWORD size = Platform().GetFileSize(file);
+    if (size == INVALID_FILE_SIZE && Platform().GetLastError() != ERROR_SUCCESS) {
+        m_failed = true;
+        m_error = TEXT("Unable to get file size.");
+        return;
+    }
+    CRegLineReader reader(file, m_bufferSize);
+    CRegLineReader::EResult result = reader.Open(size);
+    m_unicode = reader.IsUnicode();
+    CString line;
+    while (result == CRegLineReader::EResult::Line) {
+        result = reader.ReadLine(line);
+        if (result == CRegLineReader::EResult::Line && !ProcessLine(line))
+            return;
+    }
+    if (result == CRegLineReader::EResult::OutOfMemory) {
+        m_failed = true;
+        m_error = TEXT("Out of memory.");
+    } else if (result == CRegLineReader::EResult::ReadError) {
+        m_failed = true;
+        m_error = TEXT("Unable to read file.");
+    } else if (m_continuation) {
+        // The file ended inside a hex value that announced more lines: what
+        // it holds is written rather than dropped.
+        FinishValue();
+    }
+}
+
+bool CRegImportRun::SyntaxError()
+{
+    m_failed = true;
+    m_error.Format(TEXT("Syntax error at line %i."), m_lineNumber);
+    return false;
+}
+
+bool CRegImportRun::ProcessLine(CString& line)
+{
+    ++m_lineNumber;
+    line.Trim();
+    if (line.IsEmpty())
+        return true;
+
+    if (m_continuation) {
+        StripComment(line);
+        line.Trim();
+        if (line.IsEmpty())
+            return true;
+        switch (ParseHexBytes(line, 0, m_valueData)) {
+        case EData::SyntaxError:
+            return SyntaxError();
+        case EData::OutOfMemory:
+            m_failed = true;
+            m_error = TEXT("Out of memory.");
+            return false;
+        case EData::Complete:
+            return FinishValue();
+        case EData::Continues:
+            return true;
+        }
+    }
+
+    if (m_header == EHeader::NotSeen) {
+        if (line.CompareNoCase(m_unicode ? kUnicodeHeader : kAnsiHeader) == 0) {
+            m_header = EHeader::Valid;
+            return true;
+        }
+        if (m_checkHeader) {
+            m_failed = true;
+            m_error = TEXT("Invalid file header.");
+            return false;
+        }
+        // Without the check, whatever precedes the first key line is passed
+        // over: the invalid header may be followed by more of its kind.
+        m_header = EHeader::InvalidAllowed;
+        m_skippingToKey = true;
+        return true;
+    }
+    if (m_skippingToKey) {
+        if (line.Find('[') < 0 && line.Find(']') < 0)
+            return true;
+        m_skippingToKey = false;
+    }
+
+    bool deletion = false;
+    HKEY root = nullptr;
+    CString path;
+    switch (ParseKeyLine(line, deletion, root, path)) {
+    case EKeyLine::SyntaxError:
+        return SyntaxError();
+    case EKeyLine::Key:
+        return ProcessKeyLine(deletion, root, path);
+    case EKeyLine::NotKeyLine:
+        break;
+    }
+    return ProcessValueLine(line);
+}
+
+bool CRegImportRun::ProcessKeyLine(bool deletion, HKEY root, const CString& path)
+{
+    m_key.Close();
+    m_hasCurrentKey = !deletion;
+    m_inDeletedKey = deletion;
+    if (deletion) {
+        // A whole root is never deleted: one line must not be able to empty
+        // the registry. It counts as a change that could not be made.
+        if (path.IsEmpty() || !DeleteKeyTree(root, path))
+            m_partial = true;
+    } else if (!m_key.Create(root, path, TEXT(""))) {
+        // The key's values will fail to be written, and say so too.
+        m_partial = true;
+    }
+    return true;
+}
+
+bool CRegImportRun::ProcessValueLine(CString& line)
+{
+    StripComment(line);
+    line.Trim();
+    if (line.IsEmpty())
+        return true;
+    if (!m_hasCurrentKey && !m_inDeletedKey)
+        return SyntaxError();
+    size_t position = 0;
+    if (!ParseValueName(line, position, m_valueName))
+        return SyntaxError();
+    if (IsDeletion(line, position)) {
+        if (m_hasCurrentKey && !m_key.DeleteValue(m_valueName))
+            m_partial = true;
+        return true;
+    }
+    switch (ParseValueData(line, position, m_valueType, m_valueData, m_valueIsHex)) {
+    case EData::SyntaxError:
+        return SyntaxError();
+    case EData::OutOfMemory:
+        m_failed = true;
+        m_error = TEXT("Out of memory.");
+        return false;
+    case EData::Continues:
+        m_continuation = true;
+        return true;
+    case EData::Complete:
+        break;
+    }
+    return FinishValue();
+}
+
+bool CRegImportRun::FinishValue()
+{
+    m_continuation = false;
+    // In an ANSI file, hex data of the text types holds ANSI text, one byte
+    // for each character; quoted strings were read as characters already.
+    if (!m_unicode && m_valueIsHex && IsTextType(m_valueType) && !m_valueData.IsEmpty()) {
+        const int count = static_cast<int>(m_valueData.GetSize());
+        std::vector<WCHAR> wide;
+        CShdBinaryBuffer converted;
+        try {
+            wide.resize(static_cast<size_t>(count));
+        } catch (const std::bad_alloc&) {
+            m_failed = true;
+            m_error = TEXT("Out of memory.");
+            return false;
+        }
+        if (Platform().MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, reinterpret_cast<const char*>(m_valueData.GetData()),
+                                           count, wide.data(), count) != count) {
+            m_failed = true;
+            m_error = TEXT("Conversion error.");
+            return false;
+        }
+        if (!m_valueData.Assign(wide.data(), wide.size() * sizeof(WCHAR))) {
+            m_failed = true;
+            m_error = TEXT("Out of memory.");
+            return false;
+        }
+    }
+    if (m_hasCurrentKey &&
+        !m_key.WriteValue(m_valueName, m_valueType, m_valueData.GetData(), static_cast<DWORD>(m_valueData.GetSize())))
+        m_partial = true;
+    return true;
+}

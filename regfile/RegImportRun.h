@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+
+#include "framework/BinaryBuffer.h"
+#include "framework/CString.h"
+#include "regfile/RegLineReader.h"
+#include "registry/RegKey.h"
+
+// One import of a .reg file into the registry, from opening the file to the
+// final flush: the body of the importer's worker thread. The first error
+// stops the import; changes made before it stay in the registry.
+class CRegImportRun {
+public:
+    // `checkHeader` is false when the user chose to skip the header check.
+    // `bufferSize` is the read buffer's (tests use small ones).
+    CRegImportRun(LPCWSTR path, bool checkHeader, DWORD bufferSize = CRegLineReader::kBufferSize);
+
+    // Runs the import. Cancellation is asked for once, at the end, so that a
+    // file is applied whole or up to its first error, never cut at random.
+    // Returns true on complete success; otherwise `errorText` says why.
+    bool Run(const std::function<bool()>& cancelled, CString& errorText);
+
+private:
+    enum class EHeader { NotSeen, Valid, InvalidAllowed };
+
+    // False when the line stops the import (m_error says why).
+    bool ProcessLine(CString& line);
+    bool ProcessKeyLine(bool deletion, HKEY root, const CString& path);
+    bool ProcessValueLine(CString& line);
+    bool FinishValue();
+    bool SyntaxError();
+    void ReadAll(HANDLE file);
+
+    CString m_path;
+    bool m_checkHeader;
+    DWORD m_bufferSize;
+    bool m_unicode = false;
+
+    int m_lineNumber = 0;
+    EHeader m_header = EHeader::NotSeen;
+    bool m_skippingToKey = false;
+    CShdRegKey m_key;
+    bool m_hasCurrentKey = false;
+    bool m_inDeletedKey = false;
+    bool m_continuation = false;
+    CString m_valueName;
+    DWORD m_valueType = REG_NONE;
+    CShdBinaryBuffer m_valueData;
+    bool m_valueIsHex = false;
+    bool m_partial = false;
+    bool m_failed = false;
+    CString m_error;
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "framework/CString.h"
+#include "regfile/RegFileJob.h"
+
+// Applies a .reg file of either version to the registry on a worker thread.
+// The header check follows the user's setting at the time the job starts.
+// Cancellation takes effect only when the file has been read to its end or
+// to its first error.
+class CRegImporter : public CRegFileJob {
+public:
+    CRegImporter() = default;
+    ~CRegImporter() override;
+
+    // False if a job is running or cannot start.
+    bool Start(LPCWSTR path);
+    // As CRegFileJob::GetResult, with the reason for a failure in
+    // `errorText` (empty on success).
+    bool GetResult(bool& result, CString& errorText);
+
+protected:
+    bool Run() override;
+
+private:
+    bool m_checkHeader = true;
+    CString m_errorText;
+};

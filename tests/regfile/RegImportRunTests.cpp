@@ -1,0 +1,247 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/FaultInjectingPlatform.h"
+#include "regfile/RegImportRun.h"
+#include "tests/support/RegistryDump.h"
+#include "tests/support/ScratchKey.h"
+#include "tests/support/TestText.h"
+
+namespace {
+
+const char kHeader5[] = "Windows Registry Editor Version 5.00";
+const char kKey[] = "[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import";
+
+// The bytes of a version-5 file: byte-order mark and UTF-16LE.
+std::string Utf16File(const std::string& utf8)
+{
+    const CString text = W(utf8.c_str());
+    std::string bytes = "\xFF\xFE";
+    for (size_t i = 0; i < text.GetLength(); ++i) {
+        bytes += static_cast<char>(text.GetAt(i) & 0xFF);
+        bytes += static_cast<char>(static_cast<uint16_t>(text.GetAt(i)) >> 8);
+    }
+    return bytes;
+}
+
+class RegImportRunTest : public testing::Test {
+protected:
+    // Imports a file holding exactly `bytes`; returns the result and leaves
+    // the error text in m_error.
+    bool ImportBytes(const std::string& bytes, bool checkHeader = true, DWORD bufferSize = 0x80000,
+                     bool cancel = false)
+    {
+        HANDLE file = m_faults.CreateFileW(m_file, GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+        DWORD written = 0;
+        m_faults.WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written);
+        m_faults.CloseHandle(file);
+        CRegImportRun run(m_file, checkHeader, bufferSize);
+        const bool result = run.Run([cancel] { return cancel; }, m_error);
+        m_faults.DeleteFileW(m_file);
+        return result;
+    }
+
+    // A version-5 file: the header, then `body` (UTF-8 here, lines ending CR LF).
+    bool Import(const std::string& body, bool checkHeader = true)
+    {
+        return ImportBytes(Utf16File(std::string(kHeader5) + "\r\n\r\n" + body), checkHeader);
+    }
+
+    std::string Dump() { return DumpTree(HKEY_CURRENT_USER, m_scratch.Path()); }
+
+    CFaultInjectingPlatform m_faults;
+    CScopedPlatform m_scoped{m_faults};
+    CScratchKey m_scratch{TEXT("Import")};
+    const CString m_file = W("import-test.reg");
+    CString m_error;
+};
+
+TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
+{
+    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n"
+                       "@=\"default\"\r\n"
+                       "\"@\"=dword:ffffffff\r\n"
+                       "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n"
+                       "\"bin\"=hex:de,AD,0\r\n"
+                       "\"none\"=hex(0):\r\n"
+                       "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n"
+                       "\"long\"=hex(b):01,02,\\\r\n"
+                       "  ; a comment line inside the value\r\n"
+                       "  03 , 04,\\ ; and one after the backslash\r\n"
+                       "  05\r\n"
+                       "\"ä€\"=\"ü\"\r\n" +
+                       kKey + "\\Forms\\C]\r\n"
+                       "@=dword:1 ; a comment: the line holds no quote\r\n"))
+        << ToUtf8(m_error);
+    EXPECT_EQ(Dump(),
+              ".\n"
+              "Forms\n"
+              "  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n"
+              "  \"@\" 4: ff ff ff ff\n"
+              "  \"bin\" 3: de ad 00\n"
+              "  \"long\" b: 01 02 03 04 05\n"
+              "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n"
+              "  \"none\" 0:\n"
+              "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n"
+              "  \"ä€\" 1: fc 00 00 00\n"
+              "Forms\\C\n"
+              "  \"\" 4: 01 00 00 00\n");
+    EXPECT_EQ(m_error, W(""));
+}
+
+TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
+{
+    const struct {
+        const char* body;
+        int line;
+    } cases[] = {
+        // Lines 1 and 2 are the header and the empty line after it.
+        {"\"v\"=\"x\"\r\n", 3},
+        {"\r\n\r\n[HKLM\\Software]\r\n", 5},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=\"x\" ; note\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:01 ; note\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n@=dword:100000000\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\nname=\"x\"\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:01,\\\r\n\r\n  02,\\\r\n  zz\r\n", 7},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex(2:00\r\n", 4},
+        {"[]\r\n", 3},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.body);
+        EXPECT_FALSE(Import(item.body));
+        EXPECT_EQ(m_error, CString::Formatted(TEXT("Syntax error at line %i."), item.line));
+    }
+}
+
+TEST_F(RegImportRunTest, HeaderMustMatchTheEncodingUnlessTheCheckIsOff)
+{
+    const std::string body = "\r\njunk line\r\n" + std::string(kKey) + "\\H]\r\n\"v\"=dword:2\r\n";
+    const struct {
+        bool unicode;
+        const char* header;
+        bool checkHeader;
+        bool imports;
+    } cases[] = {
+        {true, kHeader5, true, true},
+        {true, "windows registry editor version 5.00", true, true},
+        {true, "QUENDA4", true, false},
+        {false, "QUENDA4", true, true},
+        {false, "  quenda4  ", true, true},
+        {false, kHeader5, true, false},
+        {true, "QUENDA4", false, true},
+        {false, "REGEDIT4", false, true},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(std::string(item.header) + (item.unicode ? " unicode" : " ansi") +
+                     (item.checkHeader ? " checked" : " unchecked"));
+        DeleteTreeForTests(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\H"));
+        const std::string text = std::string(item.header) + "\r\n" + body;
+        // A valid header is followed by a "junk line" that is a syntax error;
+        // an invalid one that is allowed skips it on the way to the key.
+        const bool result = ImportBytes(item.unicode ? Utf16File(text) : text, item.checkHeader);
+        if (!item.imports) {
+            EXPECT_FALSE(result);
+            EXPECT_EQ(m_error, W("Invalid file header."));
+        } else if (item.checkHeader) {
+            EXPECT_FALSE(result);
+            EXPECT_EQ(m_error, W("Syntax error at line 3."));
+        } else {
+            EXPECT_TRUE(result) << ToUtf8(m_error);
+            EXPECT_EQ(Dump(), ".\nH\n  \"v\" 4: 02 00 00 00\n");
+        }
+    }
+}
+
+TEST_F(RegImportRunTest, DeletionsRemoveWholeTreesAndReportWhatWasMissing)
+{
+    const CString deep = m_scratch.Path() + TEXT("\\Del\\a\\b\\c\\d");
+    HKEY key = nullptr;
+    m_faults.RegCreateKeyExW(HKEY_CURRENT_USER, deep, nullptr, 0, 0, &key, nullptr);
+    const BYTE byte = 1;
+    m_faults.RegSetValueExW(key, W("v"), REG_BINARY, &byte, 1);
+    m_faults.RegCloseKey(key);
+    m_faults.RegCreateKeyExW(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\Del\\a\\sibling"), nullptr, 0, 0, &key,
+                             nullptr);
+    m_faults.RegCloseKey(key);
+
+    EXPECT_TRUE(Import("[-" + std::string(kKey + 1) + "\\Del\\a]\r\n\"ignored\"=dword:1\r\n" +
+                       "[-" + std::string(kKey + 1) + "\\Never\\There]\r\n"))
+        << ToUtf8(m_error);
+    EXPECT_EQ(Dump(), ".\nDel\n");
+
+    // A value deletion that finds nothing is a change that was not made.
+    EXPECT_FALSE(Import(std::string(kKey) + "\\Del]\r\n\"gone\"=-\r\n\"kept\"=dword:3\r\n"));
+    EXPECT_EQ(m_error, W("Not all keys and values were imported."));
+    EXPECT_EQ(Dump(), ".\nDel\n  \"kept\" 4: 03 00 00 00\n");
+    EXPECT_TRUE(Import(std::string(kKey) + "\\Del]\r\n\"KEPT\" = - \r\n"));
+    EXPECT_EQ(Dump(), ".\nDel\n");
+
+    // A whole root is never deleted.
+    EXPECT_FALSE(Import("[-HKEY_CURRENT_USER]\r\n"));
+    EXPECT_EQ(m_error, W("Not all keys and values were imported."));
+    EXPECT_EQ(Dump(), ".\nDel\n");
+}
+
+TEST_F(RegImportRunTest, FailedWritesAreReportedAndTheRestIsImported)
+{
+    m_faults.FailValueWrite(TEXT("bad"));
+    m_faults.FailOpen(TEXT("Locked"));
+    EXPECT_FALSE(Import(std::string(kKey) + "\\W]\r\n\"bad\"=dword:1\r\n\"good\"=dword:2\r\n" + kKey +
+                        "\\Locked]\r\n\"lost\"=dword:3\r\n" + kKey + "\\After]\r\n@=\"x\"\r\n"));
+    EXPECT_EQ(m_error, W("Not all keys and values were imported."));
+    EXPECT_EQ(Dump(), ".\nAfter\n  \"\" 1: 78 00 00 00\nW\n  \"good\" 4: 02 00 00 00\n");
+}
+
+TEST_F(RegImportRunTest, LongLinesLongContinuationsAndTinyFiles)
+{
+    std::string hex = std::string(kKey) + "\\Long]\r\n\"run\"=hex:\\\r\n";
+    for (int line = 0; line < 400; ++line)
+        hex += "  00,01,02,03,04,05,06,07,08,09,0a,0b,0c,0d,0e,0f,10,11,12,13,14,15,16,17,18,\\\r\n";
+    hex += "  ff\r\n\"text\"=\"" + std::string(5000, 'x') + "\"\r\n";
+    // A read buffer far shorter than the lines.
+    ASSERT_TRUE(ImportBytes(Utf16File(std::string(kHeader5) + "\r\n" + hex), true, 256)) << ToUtf8(m_error);
+    HKEY key = nullptr;
+    ASSERT_EQ(m_faults.RegOpenKeyExW(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\Long"), 0, 0, &key),
+              ERROR_SUCCESS);
+    DWORD size = 0;
+    m_faults.RegQueryValueExW(key, W("run"), nullptr, nullptr, &size);
+    EXPECT_EQ(size, 400u * 25 + 1);
+    m_faults.RegQueryValueExW(key, W("text"), nullptr, nullptr, &size);
+    EXPECT_EQ(size, 5001u * 2);
+    m_faults.RegCloseKey(key);
+
+    EXPECT_TRUE(ImportBytes("")) << "an empty file has nothing to import";
+    EXPECT_TRUE(ImportBytes("\xFF\xFE"));
+    EXPECT_FALSE(ImportBytes("x"));
+    EXPECT_EQ(m_error, W("Invalid file header."));
+    EXPECT_TRUE(ImportBytes("\n\n")) << "blank lines only: nothing to import";
+}
+
+TEST_F(RegImportRunTest, AnsiFilesWidenTextThroughTheCodePage)
+{
+    std::string file = "QUENDA4\r\n" + std::string(kKey) + "\\Ansi]\r\n\"s\"=\"";
+    file += "\x80\xe4\xff\"\r\n";
+    file += "\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n";
+    ASSERT_TRUE(ImportBytes(file)) << ToUtf8(m_error);
+    EXPECT_EQ(Dump(), ".\nAnsi\n"
+                      "  \"b\" 3: e4\n"
+                      "  \"e\" 2:\n"
+                      "  \"h\" 1: e4 00 ac 20 00 00\n"
+                      "  \"s\" 1: ac 20 e4 00 ff 00 00 00\n");
+}
+
+TEST_F(RegImportRunTest, OpenFailureAndCancelSeenOnlyAtTheEnd)
+{
+    CRegImportRun missing(TEXT("no-such-file.reg"), true);
+    EXPECT_FALSE(missing.Run([] { return false; }, m_error));
+    EXPECT_EQ(m_error, W("Unable to open file \"no-such-file.reg\"."));
+
+    EXPECT_FALSE(ImportBytes(Utf16File(std::string(kHeader5) + "\r\n" + kKey + "\\C]\r\n@=dword:5\r\n"), true,
+                             0x80000, true));
+    EXPECT_EQ(m_error, W("Cancelled by user."));
+    EXPECT_EQ(Dump(), ".\nC\n  \"\" 4: 05 00 00 00\n") << "the parse ran to its end first";
+}
+
+}  // namespace
