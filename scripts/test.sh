@@ -53,6 +53,18 @@ run_preset native || status=1
 run_preset sanitize || status=1
 run_preset tsan || status=1
 
+# The importer under libFuzzer for a bounded time, from the committed seeds.
+echo "== fuzz"
+if cmake --preset fuzz >/dev/null && cmake --build --preset fuzz --target import_fuzzer &&
+    (mkdir -p build/fuzz/corpus && cd build/fuzz &&
+        ./bin/import_fuzzer -max_total_time="${QUENDA_FUZZ_SECONDS:-60}" -max_len=4096 -timeout=10 \
+            -print_final_stats=1 corpus "$root/fuzz/corpus/import" 2>&1 | tail -3); then
+    passed=$((passed + 1))
+else
+    failed=$((failed + 1))
+    status=1
+fi
+
 # One Wine prefix, display and server for all Windows tests.
 quenda_wine_env "$root/build/windows/wineprefix"
 quenda_start_xvfb
