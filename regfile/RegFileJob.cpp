@@ -15,6 +15,7 @@ bool CRegFileJob::StartJob(LPCWSTR path)
         return false;
     m_path = path != nullptr ? path : TEXT("");
     m_result = false;
+    m_cancelRequested = false;
     Platform().ResetEvent(m_cancel.Get());
     Platform().ResetEvent(m_done.Get());
     m_thread.Reset(Platform().CreateThread(kStackSize, ThreadMain, this));
@@ -27,7 +28,7 @@ bool CRegFileJob::GetResult(bool& result)
     if (!IsRunning())
         return false;
     EndThread();
-    if (IsCancelled())
+    if (IsCancelEventSet())
         return false;
     result = m_result;
     return true;
@@ -37,6 +38,7 @@ void CRegFileJob::Cancel(bool deleteFile)
 {
     if (!IsRunning())
         return;
+    m_cancelRequested = true;
     Platform().SetEvent(m_cancel.Get());
     EndThread();
     if (deleteFile)
@@ -44,6 +46,11 @@ void CRegFileJob::Cancel(bool deleteFile)
 }
 
 bool CRegFileJob::IsCancelled() const
+{
+    return m_cancelRequested;
+}
+
+bool CRegFileJob::IsCancelEventSet() const
 {
     return Platform().WaitForSingleObject(m_cancel.Get(), 0) == WAIT_OBJECT_0;
 }
@@ -60,7 +67,7 @@ DWORD WINAPI CRegFileJob::ThreadMain(void* argument)
     Platform().SetThreadPriority(Platform().GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
     job->m_result = job->Run();
     // A cancelled job is not done: the UI has stopped waiting for it.
-    if (!job->IsCancelled())
+    if (!job->IsCancelEventSet())
         Platform().SetEvent(job->m_done.Get());
     return 0;
 }

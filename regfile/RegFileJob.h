@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include "framework/CString.h"
 #include "platform/WinTypes.h"
 #include "regfile/Handle.h"
@@ -45,9 +47,14 @@ protected:
 
 private:
     static DWORD WINAPI ThreadMain(void* argument);
+    bool IsCancelEventSet() const;
     void EndThread();
 
     CShdHandle m_cancel;
+    // Mirrors the cancel event for the worker's frequent polls: a wait on
+    // the event costs a call into the system (a round trip to the server
+    // under Wine) for every key and value.
+    std::atomic<bool> m_cancelRequested{false};
     CShdHandle m_done;
     CShdHandle m_thread;
     CString m_path;
