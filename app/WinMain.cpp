@@ -1,4 +1,6 @@
+#include "framework/WindowHelpers.h"
 #include "platform/WinTypes.h"
+#include "resources/resource.h"
 
 namespace {
 
@@ -31,6 +33,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int)
                                       CW_USEDEFAULT, CW_USEDEFAULT, 480, 640, nullptr, nullptr, instance, nullptr);
     if (window == nullptr)
         return 1;
+    CreateMenuBar(window, instance, IDR_MAIN_MENU, false);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         TranslateMessage(&message);
