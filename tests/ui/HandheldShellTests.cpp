@@ -1,0 +1,267 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "framework/DpiScale.h"
+#include "framework/HandheldShell_win.h"
+#include "framework/WindowHelpers.h"
+#include "resources/resource.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+
+namespace {
+
+struct SKeyInfo {
+    std::string label;
+    int command;
+    bool dropDown;
+};
+
+std::vector<SKeyInfo> Keys(HWND bar)
+{
+    std::vector<SKeyInfo> keys;
+    const int count = static_cast<int>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        WCHAR text[64] = {};
+        TBBUTTONINFOW info = {};
+        info.cbSize = sizeof(info);
+        info.dwMask = TBIF_BYINDEX | TBIF_COMMAND | TBIF_TEXT | TBIF_STYLE;
+        info.pszText = text;
+        info.cchText = 64;
+        EXPECT_EQ(SendMessageW(bar, TB_GETBUTTONINFOW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&info)), i);
+        keys.push_back({ToUtf8(CString(text)), info.idCommand, (info.fsStyle & BTNS_DROPDOWN) != 0});
+    }
+    return keys;
+}
+
+int ClientHeight(HWND window)
+{
+    RECT client = {};
+    GetClientRect(window, &client);
+    return client.bottom;
+}
+
+// Each soft-key bar is made from a menu, or on an old Smartphone from a
+// menu-bar resource; both must give the same keys.
+TEST(SoftKeyBar, MenusAndMenuBarResourcesGiveTheSameKeys)
+{
+    struct SPair {
+        UINT menu;
+        UINT menuBar;
+        std::vector<std::string> labels;
+        int firstCommand;
+    } pairs[] = {
+        {IDR_DONE_CANCEL, IDR_DONE_CANCEL_MENUBAR, {"Done", "Cancel"}, IDOK},
+        {IDR_CLOSE, IDR_CLOSE_MENUBAR, {"Close"}, IDM_CLOSE},
+        {IDR_SELECT_CANCEL, IDR_SELECT_CANCEL_MENUBAR, {"Select", "Cancel"}, IDM_SELECT},
+        {IDR_MAIN_MENU, IDR_MAIN_MENUBAR, {"Tab", "Menu"}, IDM_TAB},
+        {IDR_SEARCH_MENU, IDR_SEARCH_MENUBAR, {"Start", "Menu"}, IDM_SEARCH_DIALOG_START},
+        {IDR_BOOKMARKS_MENU, IDR_BOOKMARKS_MENUBAR, {"Open", "Menu"}, IDM_BOOKMARK_OPEN},
+    };
+    CTestFrame frame;
+    for (const SPair& pair : pairs) {
+        for (bool resource : {false, true}) {
+            const HWND bar = CreateMenuBar(frame.GetHwnd(), TestInstance(), resource ? pair.menuBar : pair.menu,
+                                           resource);
+            ASSERT_NE(bar, nullptr) << pair.menu << (resource ? " as resource" : "");
+            const std::vector<SKeyInfo> keys = Keys(bar);
+            ASSERT_EQ(keys.size(), pair.labels.size()) << pair.menu;
+            for (size_t i = 0; i < keys.size(); ++i) {
+                EXPECT_EQ(keys[i].label, pair.labels[i]) << pair.menu;
+                EXPECT_EQ(keys[i].dropDown, pair.labels[i] == "Menu") << pair.menu;
+            }
+            EXPECT_EQ(keys[0].command, pair.firstCommand) << pair.menu;
+            const bool hasMenu = SendMessageW(bar, SHCMBM_GETMENU, 0, 0) != 0;
+            EXPECT_EQ(hasMenu, !resource || pair.labels.back() == "Menu") << pair.menu;
+            EXPECT_TRUE(SendMessageW(bar, SHCMBM_OVERRIDEKEY, VK_TBACK,
+                                     MAKELPARAM(SHMBOF_NODEFAULT | SHMBOF_NOTIFY, SHMBOF_NODEFAULT | SHMBOF_NOTIFY)));
+        }
+    }
+    EXPECT_EQ(CreateMenuBar(frame.GetHwnd(), TestInstance(), 9999, true), nullptr);
+    EXPECT_EQ(CreateMenuBar(frame.GetHwnd(), TestInstance(), 9999, false), nullptr);
+}
+
+TEST(SoftKeyBar, TheBarTakesItsStripFromTheClientAreaAndGivesItBack)
+{
+    CTestFrame frame;
+    const HWND window = frame.GetHwnd();
+    const int height = ClientHeight(window);
+    const int sizesBefore = frame.m_sizes;
+    const HWND bar = CreateMenuBar(window, TestInstance(), IDR_DONE_CANCEL, false);
+    ASSERT_NE(bar, nullptr);
+    EXPECT_EQ(ClientHeight(window), height - ScaleY(26));
+    EXPECT_GT(frame.m_sizes, sizesBefore) << "the window lays itself out again";
+    const HWND replacement = CreateMenuBar(window, TestInstance(), IDR_CLOSE, false);
+    EXPECT_FALSE(IsWindow(bar)) << "a window has one bar";
+    EXPECT_EQ(ClientHeight(window), height - ScaleY(26));
+    DestroyWindow(replacement);
+    EXPECT_EQ(ClientHeight(window), height);
+    SetWindowTextW(window, L"still working");
+    EXPECT_EQ(CShdWnd::GetWindowTextOr(window, L""), W("still working"));
+}
+
+TEST(SoftKeyBar, ATapOnAKeySendsItsCommand)
+{
+    CTestFrame frame;
+    const HWND window = frame.GetHwnd();
+    const HWND bar = CreateMenuBar(window, TestInstance(), IDR_DONE_CANCEL, false);
+    ASSERT_NE(bar, nullptr);
+    EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(SoftKeyCenter(window, 0, 2).x,
+                                                                SoftKeyCenter(window, 0, 2).y)),
+              HTBORDER);
+    TapSoftKey(window, 1, 2);
+    ASSERT_EQ(frame.m_commands.size(), 1u);
+    EXPECT_EQ(frame.m_commands[0], static_cast<WPARAM>(IDCANCEL));
+    EXPECT_EQ(frame.m_commandSenders[0], reinterpret_cast<LPARAM>(bar));
+
+    // Down on one key and up on the other is no tap.
+    const POINT down = SoftKeyCenter(window, 0, 2);
+    POINT up = SoftKeyCenter(window, 1, 2);
+    ScreenToClient(window, &up);
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTBORDER, MAKELPARAM(down.x, down.y));
+    SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(up.x, up.y));
+    EXPECT_EQ(frame.m_commands.size(), 1u);
+
+    EXPECT_TRUE(SendMessageW(bar, TB_ENABLEBUTTON, IDOK, FALSE));
+    EXPECT_FALSE(SendMessageW(bar, TB_ISBUTTONENABLED, IDOK, 0));
+    TapSoftKey(window, 0, 2);
+    EXPECT_EQ(frame.m_commands.size(), 1u) << "a disabled key does nothing";
+    SendMessageW(bar, TB_ENABLEBUTTON, IDOK, TRUE);
+    TapSoftKey(window, 0, 2);
+    ASSERT_EQ(frame.m_commands.size(), 2u);
+    EXPECT_EQ(frame.m_commands[1], static_cast<WPARAM>(IDOK));
+}
+
+TEST(SoftKeyBar, SoftKeysAnswerF1AndF2InTheActiveWindow)
+{
+    CTestFrame frame;
+    ASSERT_NE(CreateMenuBar(frame.GetHwnd(), TestInstance(), IDR_SELECT_CANCEL, false), nullptr);
+    SetActiveWindow(frame.GetHwnd());
+    PostMessageW(frame.GetHwnd(), WM_KEYDOWN, VK_TSOFT1, 1);
+    PostMessageW(frame.GetHwnd(), WM_KEYDOWN, VK_TSOFT2, 1);
+    PumpMessages();
+    PumpMessages();
+    ASSERT_EQ(frame.m_commands.size(), 2u);
+    EXPECT_EQ(frame.m_commands[0], static_cast<WPARAM>(IDM_SELECT));
+    EXPECT_EQ(frame.m_commands[1], static_cast<WPARAM>(IDCANCEL));
+}
+
+class GestureTest : public testing::Test {
+protected:
+    GestureTest()
+    {
+        m_child = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 10, 20, 100, 50, m_frame.GetHwnd(),
+                                  reinterpret_cast<HMENU>(7), TestInstance(), nullptr);
+    }
+
+    SHRGINFO Gesture(DWORD flags) const
+    {
+        SHRGINFO info = {};
+        info.cbSize = sizeof(info);
+        info.hwndClient = m_child;
+        info.ptDown = {5, 6};
+        info.dwFlags = flags;
+        return info;
+    }
+
+    CTestFrame m_frame;
+    HWND m_child = nullptr;
+};
+
+TEST_F(GestureTest, AKeyAsksForTheContextGestureAtOnce)
+{
+    SHRGINFO info = Gesture(SHRG_NOTIFYPARENT);
+    EXPECT_EQ(SHRecognizeGesture(&info), static_cast<DWORD>(GN_CONTEXTMENU));
+    ASSERT_EQ(m_frame.m_notifications.size(), 1u);
+    EXPECT_EQ(m_frame.m_notifications[0], static_cast<UINT>(GN_CONTEXTMENU));
+    POINT expected = {5, 6};
+    ClientToScreen(m_child, &expected);
+    EXPECT_EQ(m_frame.m_notifiedPoint.x, expected.x);
+    EXPECT_EQ(m_frame.m_notifiedPoint.y, expected.y);
+
+    info = Gesture(SHRG_RETURNCMD);
+    EXPECT_EQ(SHRecognizeGesture(&info), 0u) << "a tap without the pen held is no hold";
+    EXPECT_EQ(m_frame.m_notifications.size(), 1u);
+}
+
+TEST_F(GestureTest, AnUnansweredGestureBecomesAContextMenuMessage)
+{
+    SHRGINFO info = Gesture(SHRG_NOTIFYPARENT);
+    info.hwndClient = m_frame.GetHwnd();
+    info.dwFlags = 0;
+    EXPECT_EQ(SHRecognizeGesture(&info), static_cast<DWORD>(GN_CONTEXTMENU));
+    EXPECT_EQ(m_frame.m_contextMenus, 1) << "the frame answered the notification with 0";
+}
+
+TEST_F(GestureTest, ARightClickOnAChildIsATapAndHold)
+{
+    ASSERT_NE(CreateMenuBar(m_frame.GetHwnd(), TestInstance(), IDR_DONE_CANCEL, false), nullptr);
+    PostMessageW(m_child, WM_RBUTTONUP, 0, MAKELPARAM(3, 4));
+    PumpMessages();
+    PumpMessages();
+    ASSERT_EQ(m_frame.m_notifications.size(), 1u);
+    EXPECT_EQ(m_frame.m_notifications[0], static_cast<UINT>(GN_CONTEXTMENU));
+}
+
+TEST(HandheldShell, BackErasesInTheFocusedEdit)
+{
+    CTestFrame frame;
+    const HWND edit = CreateWindowExW(0, L"EDIT", L"abc", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20, frame.GetHwnd(),
+                                      nullptr, TestInstance(), nullptr);
+    SetForegroundWindow(frame.GetHwnd());
+    SetFocus(edit);
+    ASSERT_EQ(GetFocus(), edit);
+    SendMessageW(edit, EM_SETSEL, 3, 3);
+    SHSendBackToFocusWindow(WM_HOTKEY, 0, MAKELPARAM(0, VK_TBACK));
+    EXPECT_EQ(CShdWnd::GetWindowTextOr(edit, L""), W("ab"));
+}
+
+TEST(HandheldShell, AWindowNoOneOwnsTakesTheHandheldSize)
+{
+    const HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_CAPTION, 10, 10, 900, 900, nullptr,
+                                        nullptr, TestInstance(), nullptr);
+    SHINITDLGINFO info = {SHIDIM_FLAGS, window, SHIDIF_SIZEDLGFULLSCREEN};
+    EXPECT_TRUE(SHInitDialog(&info));
+    RECT bounds = {};
+    GetWindowRect(window, &bounds);
+    RECT work = {};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    EXPECT_EQ(bounds.right - bounds.left, std::min<LONG>(ScaleX(480), work.right - work.left));
+    EXPECT_EQ(bounds.bottom - bounds.top, std::min<LONG>(ScaleY(640), work.bottom - work.top));
+    EXPECT_NE(GetWindowLongW(window, GWL_STYLE) & WS_CAPTION, 0) << "it keeps its caption";
+    DestroyWindow(window);
+    info.hDlg = nullptr;
+    EXPECT_FALSE(SHInitDialog(&info));
+}
+
+TEST(HandheldShell, ClipboardDataIsCopiedForTheCaller)
+{
+    CTestFrame frame;
+    ASSERT_TRUE(OpenClipboard(frame.GetHwnd()));
+    EmptyClipboard();
+    const WCHAR text[] = L"00 FF";
+    HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, sizeof(text));
+    memcpy(GlobalLock(data), text, sizeof(text));
+    GlobalUnlock(data);
+    SetClipboardData(CF_UNICODETEXT, data);
+    const HANDLE copy = GetClipboardDataAlloc(CF_UNICODETEXT);
+    EXPECT_EQ(GetClipboardDataAlloc(CF_BITMAP), nullptr);
+    CloseClipboard();
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(CString(static_cast<LPCWSTR>(copy)), W("00 FF"));
+    LocalFree(copy);
+}
+
+TEST(HandheldShell, TheDesktopPlaysAPocketPc)
+{
+    WCHAR type[16] = {};
+    EXPECT_TRUE(Handheld::GetPlatformType(type, 16));
+    EXPECT_EQ(CString(type), W("PocketPC"));
+    EXPECT_FALSE(Handheld::GetPlatformType(type, 4));
+    EXPECT_FALSE(IsSmartphone());
+    EXPECT_GE(GetOsVersion(), 0x0500u);
+    EXPECT_TRUE(SHInitExtraControls());
+    EXPECT_TRUE(SHInitExtraControls());
+}
+
+}  // namespace

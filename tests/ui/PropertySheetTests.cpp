@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include "framework/PropertySheet.h"
+#include "resources/resource.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+
+namespace {
+
+class CTestPage : public CShdPropertySheetPage {
+public:
+    bool OnSetActive() override
+    {
+        ++m_activations;
+        return true;
+    }
+    bool OnApply() override
+    {
+        ++m_applies;
+        return !m_refuseApply;
+    }
+    bool OnQueryCancel() override { return !m_refuseCancel; }
+
+    int m_activations = 0;
+    int m_applies = 0;
+    bool m_refuseApply = false;
+    bool m_refuseCancel = false;
+};
+
+class PropertySheetTest : public testing::Test {
+protected:
+    PropertySheetTest()
+    {
+        EXPECT_TRUE(m_general.Init(TestInstance(), IDD_OPTIONS_GENERAL, L"General"));
+        EXPECT_TRUE(m_import.Init(TestInstance(), IDD_OPTIONS_IMPORT, L"Import"));
+        EXPECT_TRUE(m_sheet.Init(TestInstance(), L"Options", 1));
+        EXPECT_EQ(m_sheet.AddPage(&m_general), 0);
+        EXPECT_EQ(m_sheet.AddPage(&m_import), 1);
+    }
+
+    HWND CurrentPage() const
+    {
+        return reinterpret_cast<HWND>(SendMessageW(m_sheet.GetHwnd(), PSM_GETCURRENTPAGEHWND, 0, 0));
+    }
+
+    CTestFrame m_owner;
+    CShdPropertySheet m_sheet;
+    CTestPage m_general;
+    CTestPage m_import;
+};
+
+TEST_F(PropertySheetTest, APageThatRefusesApplyKeepsTheSheetOpenOnIt)
+{
+    m_import.m_refuseApply = true;
+    HWND sheetWindow = nullptr;
+    CModalScript script({
+        [&] {
+            sheetWindow = m_sheet.GetHwnd();
+            ASSERT_NE(sheetWindow, nullptr) << "the sheet found its object through its caption";
+            EXPECT_EQ(CShdWnd::FromHandle(sheetWindow), &m_sheet);
+            EXPECT_EQ(CShdWnd::GetWindowTextOr(sheetWindow, L""), W("Options"));
+            EXPECT_EQ(CurrentPage(), m_import.GetHwnd()) << "the start page";
+            EXPECT_FALSE(m_sheet.DoModal(m_owner.GetHwnd())) << "the sheet is shown already";
+            SendMessageW(sheetWindow, PSM_PRESSBUTTON, PSBTN_OK, 0);
+        },
+        [&] {
+            EXPECT_TRUE(IsWindow(sheetWindow));
+            EXPECT_EQ(m_import.m_applies, 1);
+            EXPECT_EQ(CurrentPage(), m_import.GetHwnd());
+            m_import.m_refuseApply = false;
+            SendMessageW(sheetWindow, PSM_PRESSBUTTON, PSBTN_OK, 0);
+        },
+    });
+    EXPECT_TRUE(m_sheet.DoModal(m_owner.GetHwnd()));
+    EXPECT_TRUE(script.Finished());
+    EXPECT_EQ(m_import.m_applies, 2);
+    EXPECT_EQ(m_general.m_activations, 0) << "a page never shown is never asked";
+    EXPECT_EQ(m_sheet.GetHwnd(), nullptr);
+    EXPECT_EQ(m_import.GetHwnd(), nullptr);
+}
+
+TEST_F(PropertySheetTest, CancelIsAskedAndTheSheetRunsAgain)
+{
+    m_import.m_refuseCancel = true;
+    CModalScript script({
+        [&] { SendMessageW(m_sheet.GetHwnd(), PSM_PRESSBUTTON, PSBTN_CANCEL, 0); },
+        [&] {
+            ASSERT_NE(m_sheet.GetHwnd(), nullptr) << "the page refused to be cancelled";
+            m_import.m_refuseCancel = false;
+            SendMessageW(m_sheet.GetHwnd(), PSM_SETCURSEL, 0, 0);
+        },
+        [&] {
+            EXPECT_EQ(CurrentPage(), m_general.GetHwnd());
+            EXPECT_EQ(m_general.m_activations, 1);
+            SendMessageW(m_sheet.GetHwnd(), PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+        },
+    });
+    EXPECT_FALSE(m_sheet.DoModal(m_owner.GetHwnd()));
+    EXPECT_TRUE(script.Finished());
+
+    CModalScript again({[&] { SendMessageW(m_sheet.GetHwnd(), PSM_PRESSBUTTON, PSBTN_OK, 0); }});
+    EXPECT_TRUE(m_sheet.DoModal(m_owner.GetHwnd())) << "the page handles are made afresh";
+    EXPECT_EQ(m_general.m_applies, 0) << "the sheet starts on its start page; the other was not made";
+    EXPECT_EQ(m_import.m_applies, 1);
+}
+
+TEST_F(PropertySheetTest, APageAddedToAShownSheetAppearsAtOnce)
+{
+    CTestPage extra;
+    ASSERT_TRUE(extra.Init(TestInstance(), IDD_OPTIONS_GENERAL, L"Extra"));
+    CModalScript script({
+        [&] {
+            EXPECT_EQ(m_sheet.AddPage(&extra), 2);
+            SendMessageW(m_sheet.GetHwnd(), PSM_SETCURSEL, 2, 0);
+        },
+        [&] {
+            EXPECT_EQ(CurrentPage(), extra.GetHwnd());
+            EXPECT_EQ(extra.m_activations, 1);
+            SendMessageW(m_sheet.GetHwnd(), PSM_PRESSBUTTON, PSBTN_OK, 0);
+        },
+    });
+    EXPECT_TRUE(m_sheet.DoModal(m_owner.GetHwnd()));
+    EXPECT_EQ(extra.m_applies, 1);
+}
+
+TEST(PropertySheetSetup, ASheetNeedsInitBeforeItIsShown)
+{
+    CShdPropertySheet sheet;
+    EXPECT_FALSE(sheet.DoModal(nullptr));
+    EXPECT_EQ(sheet.AddPage(nullptr), -1);
+}
+
+}  // namespace

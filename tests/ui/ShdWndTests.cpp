@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "framework/ShdWnd.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+
+namespace {
+
+const UINT kPing = WM_APP + 7;
+
+class CRecordingWnd : public CShdWnd {
+public:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        m_messages.push_back(message);
+        if (message == WM_CREATE)
+            m_handleAtCreate = GetHwnd();
+        if (message == kPing)
+            return 42;
+        return CShdWnd::WindowProc(message, wParam, lParam);
+    }
+    bool Saw(UINT message) const
+    {
+        return std::find(m_messages.begin(), m_messages.end(), message) != m_messages.end();
+    }
+
+    std::vector<UINT> m_messages;
+    HWND m_handleAtCreate = nullptr;
+};
+
+bool CreatePopup(CShdWnd& object, const CShdWnd::CClass* windowClass, LPCWSTR title)
+{
+    return object.Create(0, windowClass, title, WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, TestInstance());
+}
+
+TEST(ShdWnd, AWindowCanBeCreatedDestroyedAndCreatedAgain)
+{
+    CRecordingWnd object;
+    ASSERT_TRUE(CreatePopup(object, nullptr, L"first"));
+    const HWND first = object.GetHwnd();
+    EXPECT_EQ(object.m_handleAtCreate, first) << "the object has its window by WM_CREATE";
+    EXPECT_EQ(SendMessageW(first, kPing, 0, 0), 42);
+
+    EXPECT_FALSE(CreatePopup(object, nullptr, L"second")) << "an object has one window at a time";
+    EXPECT_EQ(object.GetHwnd(), first);
+    EXPECT_EQ(CShdWnd::GetWindowTextOr(first, L"gone"), W("first"));
+
+    ASSERT_TRUE(DestroyWindow(first));
+    EXPECT_TRUE(object.Saw(WM_DESTROY));
+    EXPECT_EQ(object.GetHwnd(), nullptr);
+    ASSERT_TRUE(CreatePopup(object, nullptr, L"second"));
+    EXPECT_EQ(SendMessageW(object.GetHwnd(), kPing, 0, 0), 42);
+}
+
+TEST(ShdWnd, TheDestructorDestroysTheWindow)
+{
+    HWND window = nullptr;
+    {
+        CRecordingWnd object;
+        ASSERT_TRUE(CreatePopup(object, nullptr, L""));
+        window = object.GetHwnd();
+    }
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST(ShdWnd, ClassesWithoutExtraBytesKeepTheObjectInWordZero)
+{
+    CShdWnd::CClass wordClass;
+    ASSERT_TRUE(wordClass.Register(L"QuendaTest.Word"));
+    CRecordingWnd object;
+    ASSERT_TRUE(CreatePopup(object, &wordClass, L""));
+    EXPECT_EQ(GetWindowLongPtrW(object.GetHwnd(), 0), reinterpret_cast<LONG_PTR>(&object));
+    EXPECT_EQ(CShdWnd::FromHandle(object.GetHwnd()), nullptr) << "only property-attached windows are found";
+    EXPECT_EQ(SendMessageW(object.GetHwnd(), kPing, 0, 0), 42);
+}
+
+TEST(ShdWnd, ClassesWithExtraBytesKeepTheObjectInAProperty)
+{
+    CShdWnd::CClass propertyClass;
+    ASSERT_TRUE(propertyClass.Register(L"QuendaTest.Property", 16, nullptr));
+    CRecordingWnd object;
+    ASSERT_TRUE(CreatePopup(object, &propertyClass, L""));
+    const HWND window = object.GetHwnd();
+    EXPECT_EQ(CShdWnd::FromHandle(window), &object);
+    EXPECT_EQ(GetWindowLongPtrW(window, 0), 0) << "the extra bytes belong to the window's own code";
+    EXPECT_EQ(SendMessageW(window, kPing, 0, 0), 42);
+    DestroyWindow(window);
+    EXPECT_EQ(object.GetHwnd(), nullptr);
+}
+
+TEST(ShdWnd, AWindowWithoutObjectGetsDefaultHandling)
+{
+    CShdWnd::CClass windowClass;
+    ASSERT_TRUE(windowClass.Register(L"QuendaTest.NoObject"));
+    const HWND window = CreateWindowExW(0, L"QuendaTest.NoObject", L"plain", WS_POPUP, 0, 0, 10, 10, nullptr,
+                                        nullptr, TestInstance(), nullptr);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(SendMessageW(window, kPing, 0, 0), 0);
+    EXPECT_EQ(CShdWnd::GetWindowTextOr(window, L""), W("plain"));
+    DestroyWindow(window);
+}
+
+TEST(ShdWnd, RegisteringAgainReplacesTheClassAndUnregisteringEndsIt)
+{
+    CShdWnd::CClass windowClass;
+    ASSERT_TRUE(windowClass.Register(L"QuendaTest.Again"));
+    EXPECT_TRUE(windowClass.Register(L"QuendaTest.Again")) << "the first registration is undone first";
+    EXPECT_TRUE(windowClass.IsRegistered());
+    windowClass.Unregister();
+    EXPECT_FALSE(windowClass.IsRegistered());
+    CRecordingWnd object;
+    EXPECT_FALSE(CreatePopup(object, &windowClass, L"")) << "a class object that is not registered";
+    WNDCLASSW found;
+    EXPECT_FALSE(GetClassInfoW(TestInstance(), L"QuendaTest.Again", &found));
+    {
+        CShdWnd::CClass scoped;
+        ASSERT_TRUE(scoped.Register(L"QuendaTest.Scoped"));
+    }
+    EXPECT_FALSE(GetClassInfoW(TestInstance(), L"QuendaTest.Scoped", &found)) << "the destructor unregisters";
+}
+
+TEST(ShdWnd, SubclassingRoutesAnotherWindowsMessagesUntilUnsubclassed)
+{
+    const HWND edit = CreateWindowExW(0, L"EDIT", L"abc", WS_POPUP, 0, 0, 80, 20, nullptr, nullptr,
+                                      TestInstance(), nullptr);
+    ASSERT_NE(edit, nullptr);
+    const LONG_PTR original = GetWindowLongPtrW(edit, GWLP_WNDPROC);
+    CRecordingWnd object;
+    ASSERT_TRUE(object.Subclass(edit));
+    EXPECT_FALSE(object.Subclass(edit)) << "one window at a time";
+    EXPECT_EQ(CShdWnd::FromHandle(edit), &object);
+    EXPECT_EQ(SendMessageW(edit, kPing, 0, 0), 42);
+    SetWindowTextW(edit, L"changed");
+    EXPECT_TRUE(object.Saw(WM_SETTEXT));
+    EXPECT_EQ(CShdWnd::GetWindowTextOr(edit, L""), W("changed")) << "the edit's own procedure still runs";
+
+    object.Unsubclass();
+    EXPECT_EQ(object.GetHwnd(), nullptr);
+    EXPECT_EQ(GetWindowLongPtrW(edit, GWLP_WNDPROC), original);
+    EXPECT_EQ(CShdWnd::FromHandle(edit), nullptr);
+    object.m_messages.clear();
+    EXPECT_EQ(SendMessageW(edit, kPing, 0, 0), 0);
+    EXPECT_TRUE(object.m_messages.empty());
+
+    ASSERT_TRUE(object.Subclass(edit)) << "a released object can subclass again";
+    DestroyWindow(edit);
+    EXPECT_EQ(object.GetHwnd(), nullptr) << "the window's end releases the object";
+    EXPECT_FALSE(object.Subclass(edit)) << "no window";
+}
+
+TEST(ShdWnd, TextHelpersReadWholeTextsAndClassNames)
+{
+    const std::wstring longText(1000, L'x');
+    const HWND edit = CreateWindowExW(0, L"EDIT", longText.c_str(), WS_POPUP, 0, 0, 80, 20, nullptr, nullptr,
+                                      TestInstance(), nullptr);
+    ASSERT_NE(edit, nullptr);
+    CString text = W("sentinel");
+    EXPECT_TRUE(CShdWnd::GetWindowText(edit, text));
+    EXPECT_EQ(text.GetLength(), 1000u);
+    SetWindowTextW(edit, L"");
+    EXPECT_TRUE(CShdWnd::GetWindowText(edit, text));
+    EXPECT_EQ(text, W(""));
+    CString name;
+    EXPECT_TRUE(CShdWnd::GetClassName(edit, name));
+    EXPECT_EQ(name.CompareNoCase(L"Edit"), 0);
+    DestroyWindow(edit);
+    EXPECT_FALSE(CShdWnd::GetClassName(edit, name));
+    EXPECT_EQ(name, W(""));
+    EXPECT_EQ(CShdWnd::GetClassNameOr(edit, L"none"), W("none"));
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+#include "tests/ui/UiTestSupport.h"
+
+#include "framework/DpiScale.h"
+#include "framework/HandheldShell_win.h"
+
+namespace {
+
+CModalScript* g_script = nullptr;
+const UINT kStepMilliseconds = 30;
+// The soft-key bar's height in design units.
+const int kSoftKeyBarDesign = 26;
+
+}  // namespace
+
+HINSTANCE TestInstance()
+{
+    return GetModuleHandleW(nullptr);
+}
+
+void PumpMessages()
+{
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+CModalScript::CModalScript(std::vector<std::function<void()>> steps) : m_steps(std::move(steps))
+{
+    g_script = this;
+    m_timer = SetTimer(nullptr, 0, kStepMilliseconds, OnTimer);
+}
+
+CModalScript::~CModalScript()
+{
+    KillTimer(nullptr, m_timer);
+    g_script = nullptr;
+}
+
+void CALLBACK CModalScript::OnTimer(HWND, UINT, UINT_PTR, DWORD)
+{
+    CModalScript* script = g_script;
+    if (script == nullptr || script->Finished())
+        return;
+    // A step may run a nested loop; the next one waits for this one.
+    const size_t step = script->m_next++;
+    script->m_steps[step]();
+}
+
+CTestFrame::CTestFrame()
+{
+    Create(0, nullptr, L"Frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 40, 30, 300, 400, nullptr, nullptr,
+           TestInstance());
+}
+
+LRESULT CTestFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_COMMAND:
+        m_commands.push_back(wParam);
+        m_commandSenders.push_back(lParam);
+        return 0;
+    case WM_NOTIFY:
+        m_notifications.push_back(reinterpret_cast<const NMHDR*>(lParam)->code);
+        if (m_notifications.back() == GN_CONTEXTMENU)
+            m_notifiedPoint = reinterpret_cast<const NMRGINFO*>(lParam)->ptAction;
+        return 0;
+    case WM_CONTEXTMENU:
+        ++m_contextMenus;
+        return 0;
+    case WM_SIZE:
+        ++m_sizes;
+        break;
+    default:
+        break;
+    }
+    return CShdWnd::WindowProc(message, wParam, lParam);
+}
+
+POINT SoftKeyCenter(HWND window, int key, int keyCount)
+{
+    RECT client = {};
+    GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const int width = client.right - client.left;
+    return {client.left + (2 * key + 1) * width / (2 * keyCount), client.bottom + ScaleY(kSoftKeyBarDesign) / 2};
+}
+
+void TapSoftKey(HWND window, int key, int keyCount)
+{
+    const POINT screen = SoftKeyCenter(window, key, keyCount);
+    const LPARAM screenPoint = MAKELPARAM(screen.x, screen.y);
+    const WPARAM hit = static_cast<WPARAM>(SendMessageW(window, WM_NCHITTEST, 0, screenPoint));
+    SendMessageW(window, WM_NCLBUTTONDOWN, hit, screenPoint);
+    POINT client = screen;
+    ScreenToClient(window, &client);
+    SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(client.x, client.y));
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <windows.h>
+
+#include "framework/ShdWnd.h"
+
+// The test program's own module, which holds the program's resources.
+HINSTANCE TestInstance();
+
+// Dispatches what is waiting in the thread's queue.
+void PumpMessages();
+
+// Runs the steps one by one, one per timer tick, from inside whatever modal
+// loop the thread runs meanwhile (a dialog's or a property sheet's), so that
+// a test can drive a modal window with real messages. Each step sees what the
+// previous one's messages did.
+class CModalScript {
+public:
+    explicit CModalScript(std::vector<std::function<void()>> steps);
+    ~CModalScript();
+    CModalScript(const CModalScript&) = delete;
+    CModalScript& operator=(const CModalScript&) = delete;
+    bool Finished() const { return m_next == m_steps.size(); }
+
+private:
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
+
+    std::vector<std::function<void()>> m_steps;
+    size_t m_next = 0;
+    UINT_PTR m_timer = 0;
+};
+
+// A visible top-level window of the default class that records what it is
+// told, as an owner for dialogs and a parent for bars and controls.
+class CTestFrame : public CShdWnd {
+public:
+    CTestFrame();
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    std::vector<WPARAM> m_commands;
+    std::vector<LPARAM> m_commandSenders;
+    std::vector<UINT> m_notifications;
+    POINT m_notifiedPoint = {};
+    int m_contextMenus = 0;
+    int m_sizes = 0;
+};
+
+// Where a soft key of a window's bar lies, in screen coordinates.
+POINT SoftKeyCenter(HWND window, int key, int keyCount);
+// A tap on a soft key, as the pointer makes it: down and up on the key.
+void TapSoftKey(HWND window, int key, int keyCount);

@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "framework/DpiScale.h"
+#include "framework/MessageBox.h"
+#include "framework/WaitCursor.h"
+#include "framework/WindowHelpers.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+
+namespace {
+
+TEST(Messages, EveryMessageIsCaptionedAndInFrontAndCanBeAnswered)
+{
+    std::vector<UINT> flags;
+    CScopedMessageAnswerer outer([&](HWND, LPCWSTR, UINT f) {
+        flags.push_back(f);
+        return IDNO;
+    });
+    EXPECT_EQ(ShowMessage(nullptr, L"Do you want to import registry file?", MB_YESNO | MB_ICONQUESTION), IDNO);
+    {
+        CString seen;
+        CScopedMessageAnswerer inner([&](HWND, LPCWSTR text, UINT) {
+            seen = text;
+            return IDYES;
+        });
+        EXPECT_EQ(ShowMessage(nullptr, L"inner", 0x10024), IDYES);
+        EXPECT_EQ(seen, W("inner"));
+    }
+    EXPECT_EQ(ShowMessage(nullptr, L"outer again", MB_ICONEXCLAMATION), IDNO);
+    ASSERT_EQ(flags.size(), 2u);
+    EXPECT_EQ(flags[0], 0x10024u);
+    EXPECT_EQ(flags[1], 0x10030u);
+}
+
+TEST(WaitCursor, WaitsNestAcrossScopes)
+{
+    CWaitCursor::CFuncs& funcs = CWaitCursor::CFuncs::Instance();
+    const HCURSOR before = GetCursor();
+    {
+        CWaitCursor outer;
+        {
+            CWaitCursor inner;
+            EXPECT_EQ(funcs.GetCount(), 2);
+            EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+        }
+        EXPECT_EQ(funcs.GetCount(), 1);
+        EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+    }
+    EXPECT_EQ(funcs.GetCount(), 0);
+    EXPECT_EQ(GetCursor(), before);
+}
+
+TEST(WndNoRedraw, RedrawingResumesAtTheEnd)
+{
+    CTestFrame frame;
+    const HWND window = frame.GetHwnd();
+    {
+        CWndNoRedraw noRedraw;
+        noRedraw.Begin(window, true, false, true);
+        // WM_SETREDRAW with FALSE takes the visible flag away meanwhile.
+        EXPECT_FALSE(IsWindowVisible(window));
+        noRedraw.End();
+        EXPECT_TRUE(IsWindowVisible(window));
+        noRedraw.Begin(window, false, false, false);
+        noRedraw.Begin(window, false, false, false);
+        EXPECT_FALSE(IsWindowVisible(window));
+    }
+    EXPECT_TRUE(IsWindowVisible(window)) << "the destructor ends it";
+}
+
+TEST(ResizeNoFlickering, ACoverLiesOverTheClientAreaUntilTheEnd)
+{
+    CTestFrame frame;
+    const HWND window = frame.GetHwnd();
+    CreateWindowExW(0, L"STATIC", L"child", WS_CHILD | WS_VISIBLE, 0, 0, 20, 20, window, nullptr, TestInstance(),
+                    nullptr);
+    RECT client = {};
+    GetClientRect(window, &client);
+    {
+        CResizeNoFlickering cover;
+        cover.Begin(window, TestInstance());
+        cover.Begin(window, TestInstance());
+        const HWND top = GetWindow(window, GW_CHILD);
+        EXPECT_EQ(CShdWnd::GetClassNameOr(top, L""), W("Transparent_{5B8C6868-67C5-444A-9282-2E4154B78AE3}"));
+        EXPECT_EQ(GetWindow(top, GW_HWNDNEXT), FindWindowExW(window, nullptr, L"STATIC", nullptr))
+            << "one cover, above the child";
+        RECT covered = {};
+        GetWindowRect(top, &covered);
+        EXPECT_EQ(covered.right - covered.left, client.right);
+        EXPECT_EQ(covered.bottom - covered.top, client.bottom);
+        EXPECT_EQ(SendMessageW(top, WM_ERASEBKGND, 0, 0), 1);
+    }
+    EXPECT_EQ(CShdWnd::GetClassNameOr(GetWindow(window, GW_CHILD), L""), W("Static"));
+}
+
+TEST(FontsManager, TheDefaultFontIsMadeOnce)
+{
+    const HFONT font = CShdFontsManager::Instance().GetDefaultFont();
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(CShdFontsManager::Instance().GetDefaultFont(), font);
+    LOGFONTW description = {};
+    ASSERT_NE(GetObjectW(font, sizeof(description), &description), 0);
+    EXPECT_EQ(description.lfHeight, FontHeightForPoints(8, ScreenDpiY()));
+    EXPECT_EQ(description.lfWeight, FW_NORMAL);
+}
+
+}  // namespace
