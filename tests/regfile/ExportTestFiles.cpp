@@ -1,9 +1,12 @@
 #include "tests/regfile/ExportTestFiles.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <iterator>
 
 #include "platform/Platform.h"
+#include "registry/RegKey.h"
 #include "tests/support/TestText.h"
 
 std::string ReadFileBytes(const std::string& path)
@@ -29,6 +32,13 @@ std::string Version5Bytes(const char* utf8Text)
         bytes += static_cast<char>(unit >> 8);
     }
     return bytes;
+}
+
+void WriteTestValue(HKEY parent, const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data)
+{
+    CShdRegKey key(true);
+    ASSERT_TRUE(key.Create(parent, W(keyPath), nullptr));
+    ASSERT_TRUE(key.WriteValue(W(name), type, data.data(), static_cast<DWORD>(data.size())));
 }
 
 CTestFile::CTestFile(const char* name) : m_name(name), m_path(W(name))

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include <vector>
+
 #include "framework/CString.h"
 
 // Files of the export tests: those the tests write go in the working folder
@@ -14,6 +16,9 @@ std::string ReadExpectedFile(const char* name);
 // A version 5 file's bytes from UTF-8 text whose lines end in "\n": the
 // byte-order mark, then the text in UTF-16LE with CR LF line ends.
 std::string Version5Bytes(const char* utf8Text);
+
+// Writes a value into the key `keyPath` below `parent`, creating the key.
+void WriteTestValue(HKEY parent, const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data);
 
 // A file that the test writes, deleted when the object goes.
 class CTestFile {

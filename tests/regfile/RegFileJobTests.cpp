@@ -7,12 +7,11 @@
 
 namespace {
 
-// A job that takes `steps` steps (or goes on until cancelled, for -1),
-// polling the cancel event before each, and then reports `outcome`.
+// Takes `steps` steps (-1: until cancelled), polling before each, and then
+// reports `outcome`.
 class CStepJob : public CRegFileJob {
 public:
     ~CStepJob() override { Cancel(false); }
-
     bool Start(LPCWSTR path, int steps, bool outcome)
     {
         if (IsRunning())
@@ -21,13 +20,11 @@ public:
         m_outcome = outcome;
         return StartJob(path);
     }
-    // Read only after the job has ended.
-    int StepsTaken() const { return m_taken; }
 
 protected:
     bool Run() override
     {
-        for (m_taken = 0; m_steps < 0 || m_taken < m_steps; ++m_taken) {
+        for (int step = 0; m_steps < 0 || step < m_steps; ++step) {
             if (IsCancelled())
                 return false;
             Platform().Sleep(1);
@@ -38,78 +35,42 @@ protected:
 private:
     int m_steps = 0;
     bool m_outcome = false;
-    int m_taken = 0;
 };
 
-class RegFileJobTest : public testing::Test {
-protected:
-    RegFileJobTest() : m_scoped(m_faults), m_file("job-test.bin") {}
-
-    bool IsDone() { return Platform().WaitForSingleObject(m_job.DoneEvent(), 0) == WAIT_OBJECT_0; }
-
-    CFaultInjectingPlatform m_faults;
-    CScopedPlatform m_scoped;
-    CTestFile m_file;
-    CStepJob m_job;
-};
-
-TEST_F(RegFileJobTest, AFinishedJobSignalsDoneAndGivesItsResultOnce)
+TEST(RegFileJob, FinishCancelAndStartAgain)
 {
+    CFaultInjectingPlatform faults;
+    CScopedPlatform scoped(faults);
+    CTestFile file("job-test.bin");
+    CStepJob job;
+    const auto isDone = [&] { return Platform().WaitForSingleObject(job.DoneEvent(), 0) == WAIT_OBJECT_0; };
     bool result = true;
-    EXPECT_FALSE(m_job.GetResult(result)) << "no job yet";
-    EXPECT_FALSE(result);
+    EXPECT_FALSE(job.GetResult(result)) << "no job yet";
+
     for (bool outcome : {true, false}) {
-        ASSERT_TRUE(m_job.Start(m_file.Path(), 3, outcome));
-        EXPECT_EQ(Platform().WaitForSingleObject(m_job.DoneEvent(), INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
-        EXPECT_TRUE(m_job.GetResult(result));
+        ASSERT_TRUE(job.Start(file.Path(), 3, outcome));
+        EXPECT_EQ(Platform().WaitForSingleObject(job.DoneEvent(), INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
+        EXPECT_TRUE(job.GetResult(result));
         EXPECT_EQ(result, outcome);
-        EXPECT_EQ(m_job.StepsTaken(), 3);
-        EXPECT_FALSE(m_job.IsRunning());
-        EXPECT_FALSE(m_job.GetResult(result));
-    }
-}
-
-TEST_F(RegFileJobTest, CancelStopsTheWorkerAndCanDeleteTheFile)
-{
-    for (bool deleteFile : {false, true}) {
-        SCOPED_TRACE(deleteFile);
-        CShdHandle file(Platform().CreateFileW(m_file.Path(), GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS,
-                                               FILE_ATTRIBUTE_NORMAL));
-        file.Close();
-        ASSERT_TRUE(m_job.Start(m_file.Path(), -1, true));
-        EXPECT_FALSE(m_job.Start(m_file.Path(), 1, true)) << "one job at a time";
-        m_job.Cancel(deleteFile);
-        EXPECT_FALSE(m_job.IsRunning());
-        EXPECT_FALSE(IsDone()) << "a cancelled job is not done";
-        bool result = true;
-        EXPECT_FALSE(m_job.GetResult(result));
-        EXPECT_EQ(m_file.Exists(), !deleteFile);
+        EXPECT_FALSE(job.GetResult(result)) << "the result is taken once";
     }
 
-    // The events are reset for the next job.
-    ASSERT_TRUE(m_job.Start(m_file.Path(), 1, true));
-    bool result = false;
-    EXPECT_TRUE(m_job.GetResult(result));
-    EXPECT_TRUE(result);
-    EXPECT_TRUE(IsDone());
-}
+    CShdHandle written(Platform().CreateFileW(file.Path(), GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL));
+    written.Close();
+    ASSERT_TRUE(job.Start(file.Path(), -1, true));
+    EXPECT_FALSE(job.Start(file.Path(), 1, true)) << "one job at a time";
+    job.Cancel(true);
+    EXPECT_FALSE(job.IsRunning());
+    EXPECT_FALSE(isDone()) << "a cancelled job is not done";
+    EXPECT_FALSE(job.GetResult(result));
+    EXPECT_FALSE(file.Exists());
 
-TEST_F(RegFileJobTest, ACancelAfterTheEndStillEndsTheJob)
-{
-    ASSERT_TRUE(m_job.Start(m_file.Path(), 0, true));
-    EXPECT_EQ(Platform().WaitForSingleObject(m_job.DoneEvent(), INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
-    m_job.Cancel(false);
-    bool result = true;
-    EXPECT_FALSE(m_job.GetResult(result)) << "the thread is gone";
-}
-
-TEST_F(RegFileJobTest, AJobWithoutAThreadDoesNotStart)
-{
-    m_faults.FailThreadCreation();
-    EXPECT_FALSE(m_job.Start(m_file.Path(), 1, true));
-    EXPECT_FALSE(m_job.IsRunning());
-    m_faults.Clear();
-    EXPECT_TRUE(m_job.Start(m_file.Path(), 1, true));
+    faults.FailThreadCreation();
+    EXPECT_FALSE(job.Start(file.Path(), 1, true));
+    faults.Clear();
+    ASSERT_TRUE(job.Start(file.Path(), 1, true)) << "the events were reset for the next job";
+    EXPECT_TRUE(job.GetResult(result));
+    EXPECT_TRUE(isDone());
 }
 
 }  // namespace

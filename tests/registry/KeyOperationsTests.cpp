@@ -13,27 +13,27 @@
 
 namespace {
 
-// A key's class, values and subtree as text, with subkeys in name order, so
-// that two trees can be compared whole.
+// A key's class, values and subtree (subkeys in name order) as text, without
+// the key's own name, so that a copy compares equal to its source.
 std::string Snapshot(HKEY parent, const CString& path, const std::string& indent = "")
 {
     CShdRegKey key;
     if (!key.Open(parent, path))
-        return indent + "(cannot open)\n";
+        return "(missing)";
     CString text;
     key.GetClass(text);
-    std::string result = indent + "[" + ToUtf8(path) + "] class=" + ToUtf8(text) + "\n";
+    std::string result = "class=" + ToUtf8(text) + "\n";
     CShdBinaryBuffer data;
     DWORD type = 0;
     for (DWORD index = 0; key.EnumValue(index, text, type, data); ++index) {
-        result += indent + "  " + ToUtf8(text) + " type=" + std::to_string(type) + ":";
+        result += indent + ToUtf8(text) + " type=" + std::to_string(type) + ":";
         for (size_t i = 0; i < data.GetSize(); ++i)
             result += " " + std::to_string(data.GetData()[i]);
         result += "\n";
     }
     std::set<std::string> children;
     for (DWORD index = 0; key.EnumSubkey(index, text); ++index)
-        children.insert(Snapshot(key.GetHandle(), text, indent + "  "));
+        children.insert(indent + "[" + ToUtf8(text) + "] " + Snapshot(key.GetHandle(), text, indent + "  "));
     for (const std::string& child : children)
         result += child;
     return result;
@@ -41,138 +41,96 @@ std::string Snapshot(HKEY parent, const CString& path, const std::string& indent
 
 class KeyOperationsTest : public testing::Test {
 protected:
-    KeyOperationsTest() : m_scoped(m_faults), m_scratch(TEXT("KeyOperations")) {}
-
-    // Source\ with values of awkward forms and two levels of subkeys.
-    void FillSource()
+    KeyOperationsTest() : m_scoped(m_faults), m_scratch(TEXT("KeyOperations"))
     {
-        CShdRegKey source(true);
-        ASSERT_TRUE(source.Create(m_scratch.Handle(), W("Source"), W("srcclass")));
-        Write(source, W(""), REG_SZ, Utf16Bytes(W("default"), true));
-        Write(source, W("odd"), REG_SZ, Bytes({0x61, 0, 0}));
-        Write(source, W("empty"), REG_BINARY, {});
-        Write(source, W("big"), REG_BINARY, std::vector<BYTE>(3000, 0x5A));
-        Write(source, W("qword"), REG_QWORD, Bytes({1, 2, 3, 4, 5, 6, 7, 8}));
-        Write(source, W("Grüße"), REG_MULTI_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("ß"), true) + Bytes({0, 0}));
-        CShdRegKey child(true);
-        ASSERT_TRUE(child.Create(source.GetHandle(), W("Child\\Grandchild"), nullptr));
-        Write(child, W("deep"), REG_DWORD, Bytes({1, 0, 0, 0}));
-        ASSERT_TRUE(child.Create(source.GetHandle(), W("Second"), nullptr));
-        Write(child, W("x"), REG_DWORD, Bytes({2, 0, 0, 0}));
+        Write("Source", "", REG_SZ, Utf16Bytes(W("default"), true));
+        Write("Source", "odd", REG_SZ, Bytes({0x61, 0, 0}));
+        Write("Source", "empty", REG_BINARY, {});
+        Write("Source", "big", REG_BINARY, std::vector<BYTE>(3000, 0x5A));
+        Write("Source", "Grüße", REG_MULTI_SZ, Utf16Bytes(W("ß"), true) + Bytes({0, 0}));
+        Write("Source\\Child\\Grandchild", "deep", REG_DWORD, Bytes({1, 0, 0, 0}));
+        Write("Source\\Second", "x", 0x1234, Bytes({2}));
+        CShdRegKey classy(true);
+        EXPECT_TRUE(classy.Create(HKEY_CURRENT_USER, Path("Source\\Classy"), W("myclass")));
     }
 
-    static void Write(CShdRegKey& key, const CString& name, DWORD type, const std::vector<BYTE>& data)
+    void Write(const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data)
     {
-        ASSERT_TRUE(key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
+        CShdRegKey key(true);
+        ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path(keyPath), nullptr));
+        ASSERT_TRUE(key.WriteValue(W(name), type, data.data(), static_cast<DWORD>(data.size())));
     }
-
     CString Path(const char* below) const { return ChildKeyPath(m_scratch.Path(), W(below)); }
-
     std::string SnapshotOf(const char* below) const { return Snapshot(HKEY_CURRENT_USER, Path(below)); }
-
-    // The snapshot with the key's own line left out, for comparing a copy
-    // under another name.
-    std::string BodyOf(const char* below) const
-    {
-        const std::string snapshot = SnapshotOf(below);
-        return snapshot.substr(snapshot.find(']'));
-    }
 
     CFaultInjectingPlatform m_faults;
     CScopedPlatform m_scoped;
     CScratchKey m_scratch;
 };
 
-TEST_F(KeyOperationsTest, CopyKeyTreeCopiesClassValuesAndSubtree)
+TEST_F(KeyOperationsTest, CopyKeyTreeCopiesEverythingOrReportsWhatItMissed)
 {
-    FillSource();
-    EXPECT_TRUE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("Target")));
-    EXPECT_EQ(BodyOf("Target"), BodyOf("Source"));
-    EXPECT_NE(SnapshotOf("Source").find("class=srcclass"), std::string::npos);
+    const std::string source = SnapshotOf("Source");
+    EXPECT_NE(source.find("[Classy] class=myclass"), std::string::npos);
+    EXPECT_TRUE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("Copy")));
+    EXPECT_EQ(SnapshotOf("Copy"), source);
 
     EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, Path("Missing"), HKEY_CURRENT_USER, Path("Other")));
-    CShdRegKey other;
-    EXPECT_FALSE(other.Open(HKEY_CURRENT_USER, Path("Other"))) << "nothing is created for a missing source";
-}
+    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("source\\Second\\Copy")));
+    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, W(""), HKEY_CURRENT_USER, Path("Whole")));
+    for (const char* target : {"Other", "Source\\Second\\Copy", "Whole"})
+        EXPECT_EQ(SnapshotOf(target), "(missing)") << target;
 
-TEST_F(KeyOperationsTest, CopyKeyTreeIsBestEffort)
-{
-    FillSource();
+    // Best effort: everything but the failed value and subkey arrives.
     m_faults.FailValueWrite(TEXT("odd"));
     m_faults.FailOpen(TEXT("Child"));
-    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("Target")));
+    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("Partial")));
     m_faults.Clear();
-
-    CShdRegKey target;
-    ASSERT_TRUE(target.Open(HKEY_CURRENT_USER, Path("Target")));
-    EXPECT_FALSE(target.ValueExists(W("odd")));
-    EXPECT_TRUE(target.ValueExists(W("qword"))) << "values after the failed one are still copied";
-    DWORD value = 0;
-    CShdRegKey second;
-    EXPECT_TRUE(second.Open(target.GetHandle(), W("Second"))) << "subkeys after the failed one are still copied";
-    EXPECT_TRUE(second.ReadDword(W("x"), value));
-    EXPECT_FALSE(second.Open(target.GetHandle(), W("Child")));
+    ASSERT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source\\Child")));
+    CShdRegKey key(true);
+    ASSERT_TRUE(key.Open(HKEY_CURRENT_USER, Path("Source")));
+    ASSERT_TRUE(key.DeleteValue(W("odd")));
+    EXPECT_EQ(SnapshotOf("Partial"), SnapshotOf("Source"));
 }
 
-TEST_F(KeyOperationsTest, CopyKeyTreeRefusesATargetInsideItsSource)
+TEST_F(KeyOperationsTest, DeleteKeyTreeRemovesWhatItCan)
 {
-    FillSource();
-    const std::string before = SnapshotOf("Source");
-    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("Source\\Child\\Copy")));
-    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("source")));
-    EXPECT_FALSE(CopyKeyTree(HKEY_CURRENT_USER, W(""), HKEY_CURRENT_USER, Path("Whole")));
-    EXPECT_EQ(SnapshotOf("Source"), before);
-}
-
-TEST_F(KeyOperationsTest, DeleteKeyTreeRemovesEverythingItCan)
-{
-    FillSource();
-    EXPECT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source\\Child")));
-    EXPECT_EQ(SnapshotOf("Source\\Child"), "(cannot open)\n");
-    EXPECT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source\\Child"))) << "a missing key is deleted already";
-
-    // A subkey whose own subkeys cannot be reached keeps its parent alive;
-    // the rest goes.
-    CShdRegKey third;
-    ASSERT_TRUE(third.Create(HKEY_CURRENT_USER, Path("Source\\Second\\Third"), nullptr));
-    third.Close();
+    EXPECT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Missing")));
+    // Third cannot be reached, so Second and Source stay; the rest goes.
+    Write("Source\\Second\\Third", "v", REG_DWORD, Bytes({1, 0, 0, 0}));
     m_faults.FailOpen(TEXT("Second"));
     EXPECT_FALSE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source")));
     m_faults.Clear();
-    CShdRegKey source;
-    ASSERT_TRUE(source.Open(HKEY_CURRENT_USER, Path("Source")));
-    EXPECT_EQ(source.ValueCount(), 0u);
-    EXPECT_EQ(source.SubkeyCount(), 1u);
-
+    EXPECT_EQ(SnapshotOf("Source"),
+              "class=\n[Second] class=\n  x type=4660: 2\n  [Third] class=\n    v type=4: 1 0 0 0\n");
     EXPECT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source")));
-    EXPECT_EQ(SnapshotOf("Source"), "(cannot open)\n");
+    EXPECT_EQ(SnapshotOf("Source"), "(missing)");
 }
 
 TEST(KeyOperations, IsSameOrDescendant)
 {
     const struct {
-        HKEY rootA;
         const char* pathA;
-        HKEY rootB;
         const char* pathB;
         bool allowEqual;
         bool expected;
     } cases[] = {
-        {HKEY_CURRENT_USER, "Software\\A", HKEY_CURRENT_USER, "software", false, true},
-        {HKEY_CURRENT_USER, "Software\\A", HKEY_CURRENT_USER, "Software\\A", true, true},
-        {HKEY_CURRENT_USER, "Software\\A", HKEY_CURRENT_USER, "SOFTWARE\\a", false, false},
-        {HKEY_CURRENT_USER, "Software\\A", HKEY_LOCAL_MACHINE, "Software", true, false},
-        {HKEY_CURRENT_USER, "SoftwareX", HKEY_CURRENT_USER, "Software", true, false},
-        {HKEY_CURRENT_USER, "Soft", HKEY_CURRENT_USER, "Software", true, false},
-        {HKEY_CURRENT_USER, "Software", HKEY_CURRENT_USER, "", true, false},
-        {HKEY_CURRENT_USER, "", HKEY_CURRENT_USER, "", true, true},
-        {HKEY_CURRENT_USER, "Äpfel\\x", HKEY_CURRENT_USER, "äPFEL", false, true},
+        {"Software\\A", "software", false, true},
+        {"Software\\A", "SOFTWARE\\a", true, true},
+        {"Software\\A", "SOFTWARE\\a", false, false},
+        {"SoftwareX", "Software", true, false},
+        {"Soft", "Software", true, false},
+        {"Software", "", true, false},
+        {"", "", true, true},
+        {"Äpfel\\x", "äPFEL", false, true},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(std::string(item.pathA) + " in " + item.pathB);
-        EXPECT_EQ(IsSameOrDescendant(item.rootA, W(item.pathA), item.rootB, W(item.pathB), item.allowEqual),
+        EXPECT_EQ(IsSameOrDescendant(HKEY_CURRENT_USER, W(item.pathA), HKEY_CURRENT_USER, W(item.pathB),
+                                     item.allowEqual),
                   item.expected);
     }
+    EXPECT_FALSE(IsSameOrDescendant(HKEY_CURRENT_USER, W("A\\B"), HKEY_LOCAL_MACHINE, W("A"), true));
 }
 
 TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
@@ -192,11 +150,10 @@ TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
         {"Foo(5)", {}, "Foo(5) (2)"},
         {"(5)", {}, "(5) (2)"},
         {" (5)", {}, " (2)"},
-        {"", {}, " (2)"},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.source);
-        CString name = W("sentinel");
+        CString name;
         const auto exists = [&](const CString& candidate) {
             for (const std::string& taken : item.taken) {
                 if (CompareNoCase(W(taken.c_str()), candidate) == 0)
