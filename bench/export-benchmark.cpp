@@ -121,8 +121,9 @@ int main(int argc, char** argv)
         const double regTime = TimeCommand(regExport);
         const double quendaTime = TimeQuenda(path);
         if (startTime < 0 || regTime < 0 || quendaTime < 0) {
-            std::fprintf(stderr, "a run failed: reg query %s, reg export %s, Quenda %s\n",
-                         startTime < 0 ? "failed" : "ok", regTime < 0 ? "failed" : "ok", quendaTime < 0 ? "failed" : "ok");
+            const auto state = [](double time) { return time < 0 ? "failed" : "ok"; };
+            std::fprintf(stderr, "a run failed: reg query %s, reg export %s, Quenda %s\n", state(startTime),
+                         state(regTime), state(quendaTime));
             return 1;
         }
         std::printf("round %d: reg export %.0f ms, Quenda %.0f ms\n", round + 1, regTime, quendaTime);
