@@ -124,27 +124,24 @@ FONT_LARGE = {
 }
 
 
-def text(canvas, x, y, string, color, large, bold=False):
-    """Draws text with its top-left at (x, y); returns the width drawn."""
+def text(canvas, x, y, string, color, large, scale=1):
+    """Draws text with its top-left at (x, y), each font pixel scale x scale."""
     font = FONT_LARGE if large else FONT_SMALL
-    start = x
     for ch in string:
         glyph = font[ch]
-        # Glyphs with descender rows are one row taller; align their bottoms.
-        top = y - (len(glyph) - (7 if large else 5))
+        # Glyphs with an ascender or a blank top row are taller; align bottoms.
+        top = y - (len(glyph) - (7 if large else 5)) * scale
         for row, bits in enumerate(glyph):
             for col, bit in enumerate(bits):
                 if bit == '#':
-                    canvas.px(x + col, top + row, color)
-                    if bold:
-                        canvas.px(x + col + 1, top + row, color)
-        x += len(glyph[0]) + (2 if bold else 1)
-    return x - start - 1
+                    canvas.rect(x + col * scale, top + row * scale, x + (col + 1) * scale, top + (row + 1) * scale,
+                                color)
+        x += (len(glyph[0]) + 1) * scale
 
 
-def text_width(string, large, bold=False):
+def text_width(string, large, scale=1):
     font = FONT_LARGE if large else FONT_SMALL
-    return sum(len(font[ch][0]) + (2 if bold else 1) for ch in string) - 1
+    return (sum(len(font[ch][0]) + 1 for ch in string) - 1) * scale
 
 
 class Pen:
@@ -192,10 +189,11 @@ class Pen:
     def ring(self, cx, cy, r, color, width=1.0):
         self.c.ring(self.ox + cx * self.u, self.oy + cy * self.u, r * self.u, color, width * self.u)
 
-    def text_centered(self, cx, y, string, color, bold=False):
-        w = text_width(string, self.large, bold)
+    def text_centered(self, cx, y, string, color, scale=1):
+        """Text centred on cx, its top at y (in units); scale enlarges the font."""
+        w = text_width(string, self.large, scale)
         x = self.ox + round(cx * self.u - w / 2)
-        text(self.c, x, self.oy + round(y * self.u), string, color, self.large, bold)
+        text(self.c, x, self.oy + round(y * self.u), string, color, self.large, scale)
 
     def corner_round(self, x0, y0, x1, y1):
         """Takes the four corner pixels off a box, for a softer tile."""
@@ -240,8 +238,11 @@ def value_tile(pen, fill, edge):
     pen.corner_round(1, 2, 15, 14)
 
 
-def glyph_label(pen, string, color, y=5):
-    pen.text_centered(8, y + (0.5 if pen.large else 0), string, color, bold=pen.large)
+def glyph_label(pen, string, color, y=None):
+    """The label of a value tile; at 32 pixels the 5x7 font at double size."""
+    if y is None:
+        y = 4.5 if pen.large else 5
+    pen.text_centered(8, y, string, color, 2 if pen.large else 1)
 
 
 def paint_value(pen, kind):
@@ -250,8 +251,14 @@ def paint_value(pen, kind):
         glyph_label(pen, 'ab', INK_RED)
     elif kind == 'expand':
         value_tile(pen, (255, 244, 214), (190, 130, 60))
-        glyph_label(pen, 'ab', INK_RED, y=4)
-        pen.text_centered(12, 9, '%', (190, 100, 0))
+        if pen.large:
+            # "ab" with a "%" badge over the corner.
+            pen.text_centered(8, 3.5, 'ab', INK_RED, 2)
+            pen.c.rect(pen.ox + 21, pen.oy + 18, pen.ox + 30, pen.oy + 28, (200, 110, 10))
+            text(pen.c, pen.ox + 23, pen.oy + 20, '%', WHITE, True)
+        else:
+            glyph_label(pen, 'ab', INK_RED, y=4)
+            pen.text_centered(12, 9, '%', (190, 100, 0))
     elif kind == 'multi':
         pen.box(4, 1, 15, 11, (236, 236, 236), (170, 90, 90))
         pen.box(1, 4, 12, 15, PAGE, (170, 90, 90))
