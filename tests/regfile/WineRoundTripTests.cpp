@@ -9,29 +9,11 @@
 #include "registry/KeyOperations.h"
 #include "registry/RegKey.h"
 #include "tests/regfile/ExportTestFiles.h"
+#include "tests/support/RunProcess_win.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
 
 namespace {
-
-// Runs a command line and waits for it; its exit code, or -1 if it could
-// not run.
-long RunCommand(const CString& commandLine)
-{
-    std::wstring line(commandLine.GetString());
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(nullptr, &line[0], nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &startup,
-                        &process))
-        return -1;
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.hProcess, &exitCode);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return static_cast<long>(exitCode);
-}
 
 // A version 5 file as UTF-8 text, so that a difference prints readably.
 std::string Text(const std::string& bytes)
@@ -91,7 +73,7 @@ TEST(WineRoundTrip, WhatRegImportReadsExportsTheSame)
 
     ASSERT_TRUE(Export(scratch, first));
     ASSERT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, scratch.Path()));
-    ASSERT_EQ(RunCommand(CString(TEXT("reg.exe import ")) + first.Path()), 0);
+    ASSERT_EQ(RunProcess(CString(TEXT("reg.exe import ")) + first.Path()), 0);
     ASSERT_TRUE(Export(scratch, second));
 
     EXPECT_EQ(Text(second.Bytes()), Text(first.Bytes()));

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "framework/CString.h"
+
+// Runs a command line (a program of the Wine prefix, such as reg.exe) without
+// a window and waits for it; its exit code, or -1 if it could not start.
+long RunProcess(const CString& commandLine);
