@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+// The import and export jobs as the user meets them: the file dialog, the
+// export options, the progress dialog while the worker runs and the final
+// message. Every message box is captioned "Quenda" and goes through
+// ShowMessage.
+//
+// Focus: the command handlers leave the focus wherever the dialogs left it;
+// the caller notes whether the tree had the focus before the call and gives
+// it back to the tree or the value list afterwards.
+
+// "Export..." (40064). `selectedRoot` is null when no key is selected, and
+// `selectedPath` is then empty or null. Asks for the file, the overwrite
+// question and the export options, then runs RunExportJob.
+void ExportCommand(HWND owner, HKEY selectedRoot, LPCWSTR selectedPath);
+
+// "Import..." (40066). Asks for an existing file and a confirmation, then
+// runs RunImportJob.
+void ImportCommand(HWND owner);
+
+// Exports `root` \ `subkeyPath` (root null: the whole registry) to `file`
+// in version 5 (`unicode`) or 4 of the format, showing the progress dialog
+// after half a second and the outcome in a message box. A job that cannot
+// start shows nothing. `commandLine` is true when the program runs a
+// command-line export; the behaviour is the same. True when the job
+// finished and wrote the whole file; false when it failed, was cancelled or
+// could not start.
+bool RunExportJob(HWND owner, LPCWSTR file, bool unicode, HKEY root, LPCWSTR subkeyPath, bool commandLine);
+
+// Imports `file`, showing the progress dialog after half a second and the
+// outcome in a message box. Once the job has run (finished or cancelled),
+// the views are refreshed by sending the owner WM_COMMAND with
+// IDM_REGISTRY_REFRESH (40121). True when the whole file was applied;
+// false when it failed, was cancelled or could not start.
+bool RunImportJob(HWND owner, LPCWSTR file);
