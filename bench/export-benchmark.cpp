@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string>
 
+#include "bench/BenchSupport_win.h"
 #include "framework/Utf8.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/RegExporter.h"
@@ -20,25 +21,6 @@ namespace {
 const int kRounds = 5;
 const LPCWSTR kQuendaFile = L"export-benchmark-quenda.reg";
 const LPCWSTR kRegFile = L"export-benchmark-reg.reg";
-
-double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to)
-{
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    return 1000.0 * static_cast<double>(to.QuadPart - from.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-void CountTree(HKEY parent, const CString& path, unsigned& keys, unsigned& values)
-{
-    CShdRegKey key;
-    if (!key.Open(parent, path))
-        return;
-    ++keys;
-    values += key.ValueCount();
-    CString name;
-    for (DWORD index = 0; key.EnumSubkey(index, name); ++index)
-        CountTree(key.GetHandle(), name, keys, values);
-}
 
 DWORD FileSize(LPCWSTR path)
 {
@@ -57,37 +39,6 @@ double TimeQuenda(const CString& path)
         return -1;
     QueryPerformanceCounter(&end);
     return Milliseconds(start, end);
-}
-
-// Milliseconds of one run of a command line that must succeed, from the
-// start of the process to its end; -1 if it failed.
-// Its output is discarded.
-double TimeCommand(std::wstring command)
-{
-    SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
-    HANDLE nul = CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0,
-                             nullptr);
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = nul;
-    startup.hStdError = nul;
-    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-    PROCESS_INFORMATION process = {};
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    const BOOL started = CreateProcessW(nullptr, &command[0], nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                                        nullptr, &startup, &process);
-    CloseHandle(nul);
-    if (!started)
-        return -1;
-    WaitForSingleObject(process.hProcess, INFINITE);
-    QueryPerformanceCounter(&end);
-    DWORD exitCode = 1;
-    GetExitCodeProcess(process.hProcess, &exitCode);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return exitCode == 0 ? Milliseconds(start, end) : -1;
 }
 
 }  // namespace

@@ -6,56 +6,8 @@
 #   bench/export-benchmark.sh [BUILD-DIR]   (default: build/windows)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=${1:-$root/build/windows}
-case $build in /*) ;; *) build=$root/$build ;; esac
-key='Software\QuendaExportBench'
-
-cmake --preset windows -B "$build" >/dev/null
-cmake --build "$build" --target export-benchmark >/dev/null
-
-. "$root/scripts/lib/wine-env.sh"
-quenda_wine_env "$build/wineprefix"
-work=$(mktemp -d)
-cleanup() {
-    wine reg delete "HKCU\\$key" /f >/dev/null 2>&1 || true
-    wineserver -k 2>/dev/null || true
-    wineserver -w 2>/dev/null || true
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-# 100 groups of 100 keys (the group key and 99 below it), five values in
-# each, of the forms an export meets most: a string with characters to
-# escape, a DWORD, binary data over two hex lines, a multi-string and an
-# expandable string.
-python3 - "$work/bench.reg" "$key" <<'PY'
-import sys
-path, key = sys.argv[1], sys.argv[2]
-
-def hexbytes(data):
-    return ",".join("%02x" % b for b in data)
-
-lines = ["Windows Registry Editor Version 5.00", ""]
-for group in range(100):
-    for item in range(100):
-        name = "HKEY_CURRENT_USER\\%s\\Group%02d" % (key, group)
-        if item:
-            name += "\\Item%02d" % item
-        n = group * 100 + item
-        lines += ["[%s]" % name,
-                  '"Text"="value \\"%d\\" in C:\\\\bench"' % n,
-                  '"Number"=dword:%08x' % n,
-                  '"Blob"=hex:%s' % hexbytes(bytes((n + i) & 0xFF for i in range(40))),
-                  '"List"=hex(7):%s' % hexbytes(("first %d\0second\0\0" % n).encode("utf-16-le")),
-                  '"Path"=hex(2):%s' % hexbytes(("%%SystemRoot%%\\bench\\%d\0" % n).encode("utf-16-le")),
-                  ""]
-with open(path, "wb") as out:
-    out.write(b"\xff\xfe" + "\r\n".join(lines).encode("utf-16-le"))
-PY
-
-wine reg delete "HKCU\\$key" /f >/dev/null 2>&1 || true
-start=$(date +%s%3N)
-wine reg import "$(winepath -w "$work/bench.reg")" >/dev/null 2>&1
-echo "reg import of the generated subtree: $(($(date +%s%3N) - start)) ms"
-cd "$work"
-wine "$build/bin/export-benchmark.exe" "$key"
+. "$root/bench/lib/setup.sh"
+quenda_bench_setup export-benchmark 'Software\QuendaExportBench' "${1:-}"
+quenda_bench_reg_import
+cd "$bench_work"
+wine "$bench_build/bin/export-benchmark.exe" "$bench_key"

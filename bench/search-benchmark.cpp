@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string>
 
+#include "bench/BenchSupport_win.h"
 #include "framework/Text.h"
 #include "framework/Utf8.h"
 #include "platform/FaultInjectingPlatform.h"
@@ -36,25 +37,6 @@ public:
 
     std::atomic<unsigned> m_dataReads{0};
 };
-
-double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to)
-{
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    return 1000.0 * static_cast<double>(to.QuadPart - from.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-void CountTree(HKEY parent, const CString& path, unsigned& keys, unsigned& values)
-{
-    CShdRegKey key;
-    if (!key.Open(parent, path))
-        return;
-    ++keys;
-    values += key.ValueCount();
-    CString name;
-    for (DWORD index = 0; key.EnumSubkey(index, name); ++index)
-        CountTree(key.GetHandle(), name, keys, values);
-}
 
 struct SSearchResult {
     double milliseconds = 0;
@@ -97,39 +79,18 @@ SSearchResult TimeSearch(const CString& keyPath, bool valueData)
     return best;
 }
 
-// The system's reg.exe walking and printing the same subtree, output
-// discarded; -1 when it cannot be run.
+// The system's reg.exe walking and printing the same subtree, best of the
+// runs; -1 when it cannot be run.
 double TimeRegQuery(const CString& keyPath)
 {
-    SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
-    HANDLE nul = CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0,
-                             nullptr);
     double best = -1;
     for (int run = 0; run < kRuns; ++run) {
-        std::wstring command = L"reg.exe query \"HKCU\\";
-        command += keyPath.GetString();
-        command += L"\" /s";
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof(startup);
-        startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdOutput = nul;
-        startup.hStdError = nul;
-        startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-        PROCESS_INFORMATION process = {};
-        LARGE_INTEGER from;
-        LARGE_INTEGER to;
-        QueryPerformanceCounter(&from);
-        if (!CreateProcessW(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process))
+        const double elapsed = TimeCommand(L"reg.exe query \"HKCU\\" + std::wstring(keyPath.GetString()) + L"\" /s");
+        if (elapsed < 0)
             break;
-        WaitForSingleObject(process.hProcess, INFINITE);
-        QueryPerformanceCounter(&to);
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-        const double elapsed = Milliseconds(from, to);
         if (best < 0 || elapsed < best)
             best = elapsed;
     }
-    CloseHandle(nul);
     return best;
 }
 

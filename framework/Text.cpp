@@ -93,26 +93,3 @@ int CompareNoCaseN(LPCWSTR a, LPCWSTR b, size_t length)
     }
     return 0;
 }
-
-bool IsSpace(WCHAR c)
-{
-    switch (static_cast<uint16_t>(c)) {
-    case 0x09: case 0x0A: case 0x0B: case 0x0C: case 0x0D: case 0x20:
-    case 0x85: case 0xA0: case 0x1680: case 0x2028: case 0x2029:
-    case 0x202F: case 0x205F: case 0x3000:
-        return true;
-    default:
-        return c >= 0x2000 && c <= 0x200A;
-    }
-}
-
-int HexDigitValue(WCHAR c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}

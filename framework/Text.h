@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/WinTypes.h"
 
@@ -30,6 +31,23 @@ WCHAR ToLowerChar(WCHAR c);
 void LowerInPlace(LPWSTR text, size_t length);
 
 // White space as iswctype(c, _SPACE) classes it.
-bool IsSpace(WCHAR c);
+inline bool IsSpace(WCHAR c)
+{
+    const unsigned unit = static_cast<uint16_t>(c);
+    if (unit <= 0x20)
+        return unit == 0x20 || (unit >= 0x09 && unit <= 0x0D);
+    return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
+           unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
+}
+
 // The value of a hexadecimal digit, or -1.
-int HexDigitValue(WCHAR c);
+inline int HexDigitValue(WCHAR c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}

@@ -1,5 +1,7 @@
 #include "regfile/RegSyntax.h"
 
+#include <vector>
+
 #include "framework/Text.h"
 #include "registry/RegistryRoots.h"
 
@@ -62,8 +64,10 @@ EKeyLine ParseKeyLine(const CString& line, bool& deletion, HKEY& root, CString& 
     deletion = false;
     root = nullptr;
     path.Empty();
+    if (line.IsEmpty() || line.GetAt(0) != '[')
+        return EKeyLine::NotKeyLine;
     const int close = line.ReverseFind(']');
-    if (line.IsEmpty() || line.GetAt(0) != '[' || close < 1)
+    if (close < 1)
         return EKeyLine::NotKeyLine;
     CString text = line.Mid(1, static_cast<size_t>(close) - 1);
     if (text.IsEmpty())
@@ -110,32 +114,43 @@ bool IsDeletion(const CString& line, size_t position)
 
 EData ParseHexBytes(const CString& line, size_t position, CShdBinaryBuffer& data)
 {
+    // The line's bytes are gathered first and appended at once: values of
+    // thousands of bytes are common, and growing the buffer byte by byte is
+    // what would cost.
+    const size_t length = line.GetLength();
+    const LPCWSTR text = line.GetString();
+    std::vector<BYTE> bytes;
+    bytes.reserve(length / 3 + 1);
+    EData result = EData::Complete;
     for (;;) {
         position = SkipSpace(line, position);
-        if (position >= line.GetLength())
-            return EData::Complete;
-        if (line.GetAt(position) == '\\')
-            return SkipSpace(line, position + 1) == line.GetLength() ? EData::Continues : EData::SyntaxError;
-        int value = HexDigitValue(line.GetAt(position));
+        if (position >= length)
+            break;
+        if (text[position] == '\\') {
+            result = SkipSpace(line, position + 1) == length ? EData::Continues : EData::SyntaxError;
+            break;
+        }
+        int value = HexDigitValue(text[position]);
         if (value < 0)
             return EData::SyntaxError;
         ++position;
-        if (position < line.GetLength() && HexDigitValue(line.GetAt(position)) >= 0) {
-            value = value * 16 + HexDigitValue(line.GetAt(position++));
-            if (position < line.GetLength() && HexDigitValue(line.GetAt(position)) >= 0)
+        if (position < length && HexDigitValue(text[position]) >= 0) {
+            value = value * 16 + HexDigitValue(text[position++]);
+            if (position < length && HexDigitValue(text[position]) >= 0)
                 return EData::SyntaxError;
         }
-        const BYTE byte = static_cast<BYTE>(value);
-        if (!data.Append(&byte, 1))
-            return EData::OutOfMemory;
+        bytes.push_back(static_cast<BYTE>(value));
         position = SkipSpace(line, position);
-        if (position >= line.GetLength())
-            return EData::Complete;
-        if (line.GetAt(position) == ',')
+        if (position >= length)
+            break;
+        if (text[position] == ',')
             ++position;
-        else if (line.GetAt(position) != '\\')
+        else if (text[position] != '\\')
             return EData::SyntaxError;
     }
+    if (result == EData::SyntaxError)
+        return result;
+    return data.Append(bytes.data(), bytes.size()) ? result : EData::OutOfMemory;
 }
 
 EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBinaryBuffer& data, bool& hexForm)

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "framework/CString.h"
+
+// What the Windows benchmarks share: a clock, a timed run of a system
+// command (reg.exe) and a count of a subtree's keys and values.
+
+double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to);
+
+// Milliseconds of one run of a command line, from the start of its process to
+// its end, output discarded; -1 if it could not run or did not exit with 0.
+double TimeCommand(std::wstring command);
+
+void CountTree(HKEY parent, const CString& path, unsigned& keys, unsigned& values);
