@@ -53,6 +53,19 @@ LONG CMemoryRegistry::Resolve(HKEY key, std::shared_ptr<SNode>* node) const
     return found->second->deleted ? ERROR_KEY_DELETED : ERROR_SUCCESS;
 }
 
+LONG CMemoryRegistry::Find(HKEY parent, LPCWSTR subKey, std::shared_ptr<SNode>* node) const
+{
+    const LONG status = Resolve(parent, node);
+    if (status != ERROR_SUCCESS)
+        return status;
+    for (const CString& name : SplitPath(subKey)) {
+        *node = FindSubkey(**node, name, nullptr);
+        if (!*node)
+            return ERROR_FILE_NOT_FOUND;
+    }
+    return ERROR_SUCCESS;
+}
+
 HKEY CMemoryRegistry::NewHandle(const std::shared_ptr<SNode>& node)
 {
     // Any unique non-null value serves as a handle; heap cells are unique.
@@ -102,14 +115,9 @@ LONG CMemoryRegistry::OpenKey(HKEY parent, LPCWSTR subKey, HKEY* result)
     std::lock_guard<std::mutex> lock(m_lock);
     *result = nullptr;
     std::shared_ptr<SNode> node;
-    const LONG status = Resolve(parent, &node);
+    const LONG status = Find(parent, subKey, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitPath(subKey)) {
-        node = FindSubkey(*node, name, nullptr);
-        if (!node)
-            return ERROR_FILE_NOT_FOUND;
-    }
     *result = NewHandle(node);
     return ERROR_SUCCESS;
 }
@@ -306,14 +314,9 @@ LONG CMemoryRegistry::DeleteKey(HKEY parent, LPCWSTR subKey)
     if (subKey == nullptr)
         return ERROR_INVALID_PARAMETER;
     std::shared_ptr<SNode> node;
-    const LONG status = Resolve(parent, &node);
+    const LONG status = Find(parent, subKey, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitPath(subKey)) {
-        node = FindSubkey(*node, name, nullptr);
-        if (!node)
-            return ERROR_FILE_NOT_FOUND;
-    }
     // An empty path names the parent itself. Roots and keys that still have
     // subkeys cannot be deleted.
     if (node->parent == nullptr || !node->subkeys.empty())

@@ -54,6 +54,8 @@ private:
     };
 
     LONG Resolve(HKEY key, std::shared_ptr<SNode>* node) const;
+    // The node of `subKey` below `parent`.
+    LONG Find(HKEY parent, LPCWSTR subKey, std::shared_ptr<SNode>* node) const;
     HKEY NewHandle(const std::shared_ptr<SNode>& node);
     static std::shared_ptr<SNode> FindSubkey(const SNode& node, const CString& name, size_t* insertAt);
     static SValue* FindValue(SNode& node, const CString& name, size_t* insertAt);

@@ -35,8 +35,7 @@ bool CRegImportRun::Run(const std::function<bool()>& cancelled, CString& errorTe
         CShdHandle file(Platform().CreateFileW(m_path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING,
                                                 FILE_ATTRIBUTE_NORMAL));
         if (!file.IsValid()) {
-            m_failed = true;
-            m_error.Format(TEXT("Unable to open file \"%s\"."), m_path);
+            Fail(CString::Formatted(TEXT("Unable to open file \"%s\"."), m_path));
         } else {
             ReadAll(file.Get());
         }
@@ -60,8 +59,7 @@ void CRegImportRun::ReadAll(HANDLE file)
 {
     const DWORD size = Platform().GetFileSize(file);
     if (size == INVALID_FILE_SIZE && Platform().GetLastError() != ERROR_SUCCESS) {
-        m_failed = true;
-        m_error = TEXT("Unable to get file size.");
+        Fail(TEXT("Unable to get file size."));
         return;
     }
     CRegLineReader reader(file, m_bufferSize);
@@ -74,11 +72,9 @@ void CRegImportRun::ReadAll(HANDLE file)
             return;
     }
     if (result == CRegLineReader::EResult::OutOfMemory) {
-        m_failed = true;
-        m_error = TEXT("Out of memory.");
+        Fail(TEXT("Out of memory."));
     } else if (result == CRegLineReader::EResult::ReadError) {
-        m_failed = true;
-        m_error = TEXT("Unable to read file.");
+        Fail(TEXT("Unable to read file."));
     } else if (m_continuation) {
         // The file ended inside a hex value that announced more lines: what
         // it holds is written rather than dropped.
@@ -86,11 +82,16 @@ void CRegImportRun::ReadAll(HANDLE file)
     }
 }
 
-bool CRegImportRun::SyntaxError()
+bool CRegImportRun::Fail(const CString& error)
 {
     m_failed = true;
-    m_error.Format(TEXT("Syntax error at line %i."), m_lineNumber);
+    m_error = error;
     return false;
+}
+
+bool CRegImportRun::SyntaxError()
+{
+    return Fail(CString::Formatted(TEXT("Syntax error at line %i."), m_lineNumber));
 }
 
 bool CRegImportRun::ProcessLine(CString& line)
@@ -105,18 +106,7 @@ bool CRegImportRun::ProcessLine(CString& line)
         line.Trim();
         if (line.IsEmpty())
             return true;
-        switch (ParseHexBytes(line, 0, m_valueData)) {
-        case EData::SyntaxError:
-            return SyntaxError();
-        case EData::OutOfMemory:
-            m_failed = true;
-            m_error = TEXT("Out of memory.");
-            return false;
-        case EData::Complete:
-            return FinishValue();
-        case EData::Continues:
-            return true;
-        }
+        return TakeData(ParseHexBytes(line, 0, m_valueData));
     }
 
     if (m_header == EHeader::NotSeen) {
@@ -125,9 +115,7 @@ bool CRegImportRun::ProcessLine(CString& line)
             return true;
         }
         if (m_checkHeader) {
-            m_failed = true;
-            m_error = TEXT("Invalid file header.");
-            return false;
+            return Fail(TEXT("Invalid file header."));
         }
         // Without the check, whatever precedes the first key line is passed
         // over: the invalid header may be followed by more of its kind.
@@ -188,13 +176,16 @@ bool CRegImportRun::ProcessValueLine(CString& line)
             m_partial = true;
         return true;
     }
-    switch (ParseValueData(line, position, m_valueType, m_valueData, m_valueIsHex)) {
+    return TakeData(ParseValueData(line, position, m_valueType, m_valueData, m_valueIsHex));
+}
+
+bool CRegImportRun::TakeData(EData result)
+{
+    switch (result) {
     case EData::SyntaxError:
         return SyntaxError();
     case EData::OutOfMemory:
-        m_failed = true;
-        m_error = TEXT("Out of memory.");
-        return false;
+        return Fail(TEXT("Out of memory."));
     case EData::Continues:
         m_continuation = true;
         return true;
@@ -216,21 +207,13 @@ bool CRegImportRun::FinishValue()
         try {
             wide.resize(static_cast<size_t>(count));
         } catch (const std::bad_alloc&) {
-            m_failed = true;
-            m_error = TEXT("Out of memory.");
-            return false;
+            return Fail(TEXT("Out of memory."));
         }
         if (Platform().MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, reinterpret_cast<const char*>(m_valueData.GetData()),
-                                           count, wide.data(), count) != count) {
-            m_failed = true;
-            m_error = TEXT("Conversion error.");
-            return false;
-        }
-        if (!m_valueData.Assign(wide.data(), wide.size() * sizeof(WCHAR))) {
-            m_failed = true;
-            m_error = TEXT("Out of memory.");
-            return false;
-        }
+                                           count, wide.data(), count) != count)
+            return Fail(TEXT("Conversion error."));
+        if (!m_valueData.Assign(wide.data(), wide.size() * sizeof(WCHAR)))
+            return Fail(TEXT("Out of memory."));
     }
     if (m_hasCurrentKey &&
         !m_key.WriteValue(m_valueName, m_valueType, m_valueData.GetData(), static_cast<DWORD>(m_valueData.GetSize())))

@@ -5,6 +5,7 @@
 #include "framework/BinaryBuffer.h"
 #include "framework/CString.h"
 #include "regfile/RegLineReader.h"
+#include "regfile/RegSyntax.h"
 #include "registry/RegKey.h"
 
 // One import of a .reg file into the registry, from opening the file to the
@@ -28,7 +29,11 @@ private:
     bool ProcessLine(CString& line);
     bool ProcessKeyLine(bool deletion, HKEY root, const CString& path);
     bool ProcessValueLine(CString& line);
+    // Goes on after value data was parsed (a whole value or one more line).
+    bool TakeData(regsyntax::EData result);
     bool FinishValue();
+    // Stops the import with `error`; always false.
+    bool Fail(const CString& error);
     bool SyntaxError();
     void ReadAll(HANDLE file);
 
