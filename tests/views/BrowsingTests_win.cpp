@@ -1,0 +1,327 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include "framework/DpiScale.h"
+#include "registry/KeyPath.h"
+#include "registry/RegKey.h"
+#include "resources/resource.h"
+#include "tests/support/RunProcess_win.h"
+#include "tests/support/ScratchKey.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+#include "views/RegTree_win.h"
+#include "views/ValueList_win.h"
+
+namespace {
+
+// A top-level window with the tree above the value list, wired as the main
+// window wires them: notifications forwarded, the list refilled on a new
+// tree selection.
+class CBrowserHost : public CShdWnd {
+public:
+    CBrowserHost()
+    {
+        Create(0, nullptr, L"Browse", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, ScaleX(320), ScaleY(400), nullptr,
+               nullptr, TestInstance());
+        RECT client = {};
+        GetClientRect(GetHwnd(), &client);
+        const int half = client.bottom / 2;
+        const RECT treeRect = {0, 0, client.right, half};
+        m_tree.Create(WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_EDITLABELS, treeRect, GetHwnd(), 101);
+        const HWND list = CreateWindowExW(0, WC_LISTVIEWW, L"", 0x5001020D, 0, half, client.right,
+                                          client.bottom - half, GetHwnd(), nullptr, TestInstance(), nullptr);
+        SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, 0x60);
+        const LPCWSTR titles[] = {L"Name", L"Value"};
+        for (int column = 0; column < 2; ++column) {
+            LVCOLUMNW lvc = {};
+            lvc.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+            lvc.fmt = LVCFMT_LEFT;
+            lvc.cx = client.right / 2;
+            lvc.pszText = const_cast<LPWSTR>(titles[column]);
+            SendMessageW(list, LVM_INSERTCOLUMNW, column, reinterpret_cast<LPARAM>(&lvc));
+        }
+        const bool large = ScreenDpiY() >= 192;
+        const HIMAGELIST images = ImageList_LoadImageW(TestInstance(), MAKEINTRESOURCEW(large ? IDB_VALUES_32 : IDB_VALUES_16),
+                                                       large ? 32 : 16, 0, RGB(255, 0, 255), IMAGE_BITMAP, 0);
+        SendMessageW(list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(images));
+        m_values.Attach(list, &m_tree, GetHwnd());
+    }
+
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message != WM_NOTIFY)
+            return CShdWnd::WindowProc(message, wParam, lParam);
+        const NMHDR* header = reinterpret_cast<const NMHDR*>(lParam);
+        LRESULT result = 0;
+        if (m_tree.OnNotify(header, result))
+            return result;
+        if (header->hwndFrom == m_tree.GetHwnd() && header->code == TVN_SELCHANGEDW)
+            m_values.Fill(reinterpret_cast<const NMTREEVIEWW*>(header)->itemNew.hItem, false, nullptr);
+        m_actions.push_back(m_values.OnNotify(header, result));
+        return result;
+    }
+
+    CRegTree m_tree;
+    CValueList m_values;
+    std::vector<CValueList::EAction> m_actions;
+};
+
+class BrowsingTest : public testing::Test {
+protected:
+    BrowsingTest() : m_scratch(TEXT("Browsing")) {}
+
+    void CreateKey(LPCWSTR relative)
+    {
+        CShdRegKey key;
+        ASSERT_TRUE(key.Create(m_scratch.Handle(), relative, nullptr));
+    }
+    CString ScratchPath(LPCWSTR relative) const { return ChildKeyPath(m_scratch.Path(), relative); }
+    HWND Tree() const { return m_host.m_tree.GetHwnd(); }
+    HTREEITEM Item(LPCWSTR relative) const { return m_host.m_tree.FindItem(HKEY_CURRENT_USER, ScratchPath(relative)); }
+
+    HTREEITEM Next(HTREEITEM item, UINT how) const
+    {
+        return reinterpret_cast<HTREEITEM>(SendMessageW(Tree(), TVM_GETNEXTITEM, how, reinterpret_cast<LPARAM>(item)));
+    }
+    std::string Children(HTREEITEM item) const
+    {
+        std::string labels;
+        for (HTREEITEM child = Next(item, TVGN_CHILD); child != nullptr; child = Next(child, TVGN_NEXT)) {
+            WCHAR text[300] = {};
+            TVITEMW tvi = {};
+            tvi.mask = TVIF_TEXT;
+            tvi.hItem = child;
+            tvi.pszText = text;
+            tvi.cchTextMax = 300;
+            SendMessageW(Tree(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&tvi));
+            labels += (labels.empty() ? "" : ",") + ToUtf8(CString(text));
+        }
+        return labels;
+    }
+    UINT State(HTREEITEM item, UINT mask) const
+    {
+        return static_cast<UINT>(SendMessageW(Tree(), TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), mask));
+    }
+    long Reg(const char* verb, LPCWSTR relative)
+    {
+        return RunProcess(W("reg ") + W(verb) + TEXT(" \"HKCU\\") + ScratchPath(relative) + TEXT("\" /f"));
+    }
+
+    CScratchKey m_scratch;
+    CBrowserHost m_host;
+};
+
+TEST_F(BrowsingTest, KeysLoadSortedWithExpandButtonsOnlyWhereSubkeysExist)
+{
+    CreateKey(TEXT("b"));
+    CreateKey(TEXT("A\\deep"));
+    CreateKey(TEXT("c"));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, m_scratch.Path()));
+    ASSERT_EQ(Children(m_host.m_tree.GetSelectedItem()), "(not filled yet)");
+    SendMessageW(Tree(), TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_host.m_tree.GetSelectedItem()));
+    EXPECT_EQ(Children(Item(TEXT(""))), "A,b,c");
+    EXPECT_EQ(Children(Item(TEXT("A"))), "(not filled yet)") << "an expand button before the key is loaded";
+    EXPECT_EQ(Children(Item(TEXT("b"))), "");
+
+    // A real expansion goes through the parent's forwarding of the notification.
+    SendMessageW(Tree(), TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(Item(TEXT("A"))));
+    EXPECT_EQ(Children(Item(TEXT("A"))), "deep");
+
+    HKEY root = nullptr;
+    CString path;
+    ASSERT_TRUE(m_host.m_tree.GetItemKey(Item(TEXT("A\\deep")), root, path));
+    EXPECT_EQ(CRegTree::FullKeyName(root, path), W("HKEY_CURRENT_USER\\") + ScratchPath(TEXT("A\\deep")));
+    EXPECT_FALSE(m_host.m_tree.GetItemKey(m_host.m_tree.GetTopItem(), root, path));
+    EXPECT_EQ(CRegTree::FullKeyName(nullptr, TEXT("x")), W(""));
+}
+
+TEST_F(BrowsingTest, NavigationReachesRootsAndKeysMadeAfterTheirParentWasLoaded)
+{
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_LOCAL_MACHINE, TEXT("")));
+    HKEY root = nullptr;
+    CString path = W("x");
+    EXPECT_TRUE(m_host.m_tree.GetSelectedKey(root, path));
+    EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(path, W(""));
+
+    CreateKey(TEXT("a"));
+    CreateKey(TEXT("c"));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, ScratchPath(TEXT("c"))));
+    ASSERT_EQ(Reg("add", TEXT("B\\inner")), 0) << "another program adds a key";
+    EXPECT_EQ(Children(Item(TEXT(""))), "a,c");
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, ScratchPath(TEXT("b\\INNER"))));
+    EXPECT_EQ(Children(Item(TEXT(""))), "a,b,c") << "inserted in its sorted place";
+    EXPECT_EQ(m_host.m_tree.GetSelectedItem(), Item(TEXT("B\\inner")));
+    EXPECT_FALSE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, ScratchPath(TEXT("missing"))));
+    EXPECT_FALSE(m_host.m_tree.NavigateTo(nullptr, TEXT("")));
+}
+
+TEST_F(BrowsingTest, RefreshingTheTreeKeepsExpandedBranchesAndDropsDeletedKeys)
+{
+    CreateKey(TEXT("keep\\old"));
+    CreateKey(TEXT("gone\\child"));
+    CreateKey(TEXT("shut\\x"));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, ScratchPath(TEXT("keep\\old"))));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, ScratchPath(TEXT("gone\\child"))));
+    ASSERT_EQ(Reg("delete", TEXT("gone")), 0);
+    ASSERT_EQ(Reg("add", TEXT("keep\\new")), 0);
+    ASSERT_EQ(Reg("add", TEXT("fresh\\y")), 0);
+    ASSERT_EQ(Reg("delete", TEXT("shut\\x")), 0);
+
+    m_host.m_tree.RefreshTree(nullptr);
+    EXPECT_EQ(Children(Item(TEXT(""))), "fresh,keep,shut");
+    EXPECT_EQ(Children(Item(TEXT("keep"))), "new,old");
+    EXPECT_NE(State(Item(TEXT("keep")), TVIS_EXPANDED), 0u);
+    EXPECT_EQ(Children(Item(TEXT("fresh"))), "(not filled yet)");
+    EXPECT_EQ(Children(Item(TEXT("shut"))), "") << "no expand button once its last subkey is gone";
+}
+
+TEST_F(BrowsingTest, OnlyKeysBelowARootCanBeRenamedAndCutMarksFollowTheKey)
+{
+    CreateKey(TEXT("old"));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, ScratchPath(TEXT("old"))));
+    const HTREEITEM rootItem = m_host.m_tree.FindItem(HKEY_CURRENT_USER, TEXT(""));
+    for (HTREEITEM refused : {m_host.m_tree.GetTopItem(), rootItem})
+        EXPECT_EQ(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(refused)), 0);
+
+    const HWND edit = reinterpret_cast<HWND>(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Item(TEXT("old")))));
+    ASSERT_NE(edit, nullptr);
+    SetWindowTextW(edit, L"new");
+    SendMessageW(Tree(), TVM_ENDEDITLABELNOW, FALSE, 0);
+    const CRegTree::SLabelEdit& rename = m_host.m_tree.GetLabelEdit();
+    EXPECT_TRUE(rename.renameRequested);
+    EXPECT_EQ(rename.root, HKEY_CURRENT_USER);
+    EXPECT_EQ(rename.parentPath, m_scratch.Path());
+    EXPECT_EQ(rename.oldName, W("old"));
+    EXPECT_EQ(rename.newName, W("new"));
+    EXPECT_EQ(Children(Item(TEXT(""))), "old") << "the label waits for the rename itself";
+
+    m_host.m_tree.SetCut(HKEY_CURRENT_USER, ScratchPath(TEXT("OLD")));
+    EXPECT_NE(State(Item(TEXT("old")), TVIS_CUT), 0u);
+    m_host.m_tree.RefreshChildren(Item(TEXT("")));
+    EXPECT_NE(State(Item(TEXT("old")), TVIS_CUT), 0u) << "a reloaded item of the cut key is cut at once";
+    m_host.m_tree.ClearCut();
+    EXPECT_EQ(State(Item(TEXT("old")), TVIS_CUT), 0u);
+}
+
+class ValueListTest : public BrowsingTest {
+protected:
+    void Write(LPCWSTR name, DWORD type, const std::vector<BYTE>& data)
+    {
+        CShdRegKey key;
+        ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("")));
+        ASSERT_TRUE(key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
+    }
+    HWND List() const { return m_host.m_values.GetHwnd(); }
+    std::string Cell(int row, int column) const
+    {
+        WCHAR text[600] = {};
+        LVITEMW item = {};
+        item.iSubItem = column;
+        item.pszText = text;
+        item.cchTextMax = 600;
+        SendMessageW(List(), LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
+        return ToUtf8(CString(text));
+    }
+    std::string Selected() const
+    {
+        CString name;
+        return m_host.m_values.GetSelectedValue(name) ? ToUtf8(name) : "(none)";
+    }
+};
+
+TEST_F(ValueListTest, EveryTypeIsShownInNameOrderAfterASelectionOfItsKey)
+{
+    std::vector<BYTE> bytes129(129, 0xEE);
+    Write(TEXT("b"), REG_SZ, Utf16Bytes(W("text"), true));
+    Write(TEXT("A"), REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}));
+    Write(TEXT("a2"), REG_MULTI_SZ, Utf16Bytes(W("x"), true) + Bytes({0, 0}));
+    Write(TEXT("c"), REG_DWORD, Bytes({1, 2, 3}));
+    Write(TEXT("d"), REG_BINARY, bytes129);
+    Write(TEXT("e"), REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%\\f"), true));
+    Write(TEXT("f"), REG_NONE, Bytes({1}));
+    Write(TEXT("g"), 0x100, Bytes({2}));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, m_scratch.Path()));
+
+    const char* expected[][2] = {{"A", "4294967295 (0xFFFFFFFF)"}, {"a2", "x..."}, {"b", "text"}, {"c", ""},
+                                 {"d", nullptr}, {"e", "%TEMP%\\f"}, {"f", "01"}, {"g", "02"}};
+    const int images[] = {9, 10, 7, 9, 8, 11, 12, 13};
+    ASSERT_EQ(m_host.m_values.GetRowCount(), 8);
+    for (int row = 0; row < 8; ++row) {
+        EXPECT_EQ(Cell(row, 0), expected[row][0]);
+        if (expected[row][1] != nullptr) {
+            EXPECT_EQ(Cell(row, 1), expected[row][1]);
+        }
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = row;
+        SendMessageW(List(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        EXPECT_EQ(item.iImage, images[row]) << row;
+    }
+    EXPECT_EQ(Cell(4, 1).size(), 128u * 3 - 1 + 3);
+    EXPECT_EQ(Cell(4, 1).substr(Cell(4, 1).size() - 8), "EE EE...") << "no blank before the dots";
+
+    // Showing the screen as it is, for a screenshot.
+    if (const char* hold = std::getenv("QUENDA_HOLD_WINDOW_MS")) {
+        const DWORD end = GetTickCount() + static_cast<DWORD>(std::atoi(hold));
+        while (GetTickCount() < end) {
+            PumpMessages();
+            Sleep(20);
+        }
+    }
+}
+
+TEST_F(ValueListTest, TheSelectionSurvivesARefillByName)
+{
+    Write(TEXT("b"), REG_SZ, Utf16Bytes(W("1"), true));
+    Write(TEXT("a2"), REG_SZ, Utf16Bytes(W("2"), true));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, m_scratch.Path()));
+    EXPECT_EQ(Selected(), "(none)");
+    ASSERT_TRUE(m_host.m_values.SelectValueByName(TEXT("b")));
+    EXPECT_FALSE(m_host.m_values.SelectValueByName(TEXT("missing")));
+
+    Write(TEXT("a1"), REG_SZ, Utf16Bytes(W("3"), true));
+    m_host.m_values.Fill(nullptr, true, nullptr);
+    EXPECT_EQ(Cell(2, 0), "b");
+    EXPECT_EQ(Selected(), "b");
+
+    m_host.m_values.Fill(nullptr, false, TEXT("A1"));
+    EXPECT_EQ(Selected(), "a1") << "a name to select, without regard to case";
+
+    CShdRegKey key;
+    ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("")));
+    ASSERT_TRUE(key.DeleteValue(TEXT("a1")));
+    m_host.m_values.Fill(nullptr, true, TEXT("b"));
+    EXPECT_EQ(Selected(), "(none)") << "a kept value that is gone selects nothing";
+
+    SetFocus(List());
+    PumpMessages();
+    EXPECT_EQ(Selected(), "a2") << "focus selects the first row";
+}
+
+TEST_F(ValueListTest, RenamingAValueReportsTheKeyAndBothNames)
+{
+    Write(TEXT("old"), REG_SZ, Utf16Bytes(W("1"), true));
+    ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, m_scratch.Path()));
+    SetFocus(List());
+    const HWND edit = reinterpret_cast<HWND>(SendMessageW(List(), LVM_EDITLABELW, 0, 0));
+    ASSERT_NE(edit, nullptr);
+    SetWindowTextW(edit, L"new");
+    SendMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
+    PumpMessages();
+    EXPECT_NE(std::find(m_host.m_actions.begin(), m_host.m_actions.end(), CValueList::kRenameValue),
+              m_host.m_actions.end());
+    const CValueList::SRename& rename = m_host.m_values.GetRename();
+    EXPECT_EQ(rename.path, m_scratch.Path());
+    EXPECT_EQ(rename.oldName, W("old"));
+    EXPECT_EQ(rename.newName, W("new"));
+}
+
+}  // namespace

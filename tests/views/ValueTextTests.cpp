@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/FaultInjectingPlatform.h"
+#include "registry/RegKey.h"
+#include "tests/support/ScratchKey.h"
+#include "tests/support/TestText.h"
+#include "views/ValueRows.h"
+#include "views/ValueText.h"
+
+namespace {
+
+std::vector<BYTE> Sequence(size_t count)
+{
+    std::vector<BYTE> bytes(count);
+    for (size_t i = 0; i < count; ++i)
+        bytes[i] = static_cast<BYTE>(i);
+    return bytes;
+}
+
+std::string HexPairs(size_t count)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    std::string text;
+    for (size_t i = 0; i < count; ++i) {
+        if (i > 0)
+            text += ' ';
+        text += digits[(i >> 4) & 0xF];
+        text += digits[i & 0xF];
+    }
+    return text;
+}
+
+TEST(ValueText, EachTypeHasItsOwnText)
+{
+    const struct {
+        DWORD type;
+        std::vector<BYTE> data;
+        std::string text;
+    } cases[] = {
+        {REG_SZ, Utf16Bytes(W("Ärger"), true), "Ärger"},
+        {REG_SZ, Utf16Bytes(W("no terminator"), false), "no terminator"},
+        {REG_SZ, Utf16Bytes(W("cut"), true) + Utf16Bytes(W("hidden"), true), "cut"},
+        {REG_SZ, Bytes({0x41, 0, 0x42}), "A"},
+        {REG_SZ, {}, ""},
+        {REG_EXPAND_SZ, Utf16Bytes(W("%SystemRoot%\\x"), true), "%SystemRoot%\\x"},
+        {REG_MULTI_SZ, Utf16Bytes(W("x"), true) + Bytes({0, 0}), "x..."},
+        {REG_MULTI_SZ, Utf16Bytes(W("one"), true) + Utf16Bytes(W("two"), true) + Bytes({0, 0}), "one..."},
+        {REG_MULTI_SZ, {}, "..."},
+        {REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}), "4294967295 (0xFFFFFFFF)"},
+        {REG_DWORD, Bytes({0x2A, 0, 0, 0}), "42 (0x0000002A)"},
+        {REG_DWORD, Bytes({1, 2, 3}), ""},
+        {REG_DWORD, Bytes({1, 2, 3, 4, 5}), ""},
+        {REG_BINARY, Bytes({0x00, 0xAB, 0x7F}), "00 AB 7F"},
+        {REG_BINARY, {}, ""},
+        {REG_BINARY, Sequence(128), HexPairs(128)},
+        {REG_BINARY, Sequence(129), HexPairs(128) + "..."},
+        {REG_NONE, Bytes({0x10}), "10"},
+        {11, Bytes({0xDE, 0xAD}), "DE AD"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(ValueDataText(c.type, c.data.data(), c.data.size()), W(c.text.c_str()))
+            << "type " << c.type << ", " << c.data.size() << " bytes";
+    }
+}
+
+TEST(ValueText, EachTypeHasItsImageAndACutFormSevenBelow)
+{
+    const struct {
+        DWORD type;
+        int image;
+    } cases[] = {
+        {REG_SZ, 7}, {REG_BINARY, 8}, {REG_DWORD, 9}, {REG_MULTI_SZ, 10},
+        {REG_EXPAND_SZ, 11}, {REG_NONE, 12}, {5, 13}, {0xFFFF, 13},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(ValueImage(c.type, false), c.image) << "type " << c.type;
+        EXPECT_EQ(ValueImage(c.type, true), c.image - kCutImageOffset) << "type " << c.type;
+    }
+}
+
+class ValueRowsTest : public testing::Test {
+protected:
+    ValueRowsTest() : m_scoped(m_faults), m_scratch(TEXT("ValueRows")) {}
+
+    void Write(LPCWSTR name, DWORD type, const std::vector<BYTE>& data)
+    {
+        CShdRegKey key;
+        ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("")));
+        ASSERT_TRUE(key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
+    }
+
+    std::vector<SValueRow> Load(const SCutValue* cut)
+    {
+        std::vector<SValueRow> rows;
+        EXPECT_TRUE(LoadValueRows(HKEY_CURRENT_USER, m_scratch.Path(), cut, rows));
+        return rows;
+    }
+
+    CFaultInjectingPlatform m_faults;
+    CScopedPlatform m_scoped;
+    CScratchKey m_scratch;
+};
+
+TEST_F(ValueRowsTest, RowsAreOrderedByNameWithoutRegardToCase)
+{
+    Write(TEXT("b"), REG_SZ, Utf16Bytes(W("bee"), true));
+    Write(TEXT("A"), REG_DWORD, Bytes({1, 2, 3}));
+    Write(TEXT("a2"), REG_BINARY, Bytes({0xAB}));
+    Write(TEXT(""), REG_SZ, Utf16Bytes(W("default"), true));
+    Write(TEXT("_x"), REG_NONE, {});
+
+    const std::vector<SValueRow> rows = Load(nullptr);
+    ASSERT_EQ(rows.size(), 5u);
+    const char* names[] = {"", "_x", "A", "a2", "b"};
+    const char* texts[] = {"default", "", "", "AB", "bee"};
+    const int images[] = {7, 12, 9, 8, 7};
+    for (size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(rows[i].name, W(names[i])) << i;
+        EXPECT_EQ(rows[i].dataText, W(texts[i])) << i;
+        EXPECT_EQ(rows[i].image, images[i]) << i;
+    }
+}
+
+TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImage)
+{
+    Write(TEXT("Moved"), REG_SZ, Utf16Bytes(W("x"), true));
+    Write(TEXT("Stays"), REG_SZ, Utf16Bytes(W("y"), true));
+
+    SCutValue cut;
+    cut.root = HKEY_CURRENT_USER;
+    cut.path = m_scratch.Path();
+    cut.path.MakeLower();
+    cut.valueName = TEXT("MOVED");
+    std::vector<SValueRow> rows = Load(&cut);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].image, 0) << "paths and names compare without regard to case";
+    EXPECT_EQ(rows[1].image, 7);
+
+    cut.path += TEXT("\\Other");
+    rows = Load(&cut);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].image, 7) << "the same name in another key is not cut";
+
+    cut.path = m_scratch.Path();
+    cut.root = HKEY_LOCAL_MACHINE;
+    EXPECT_EQ(Load(&cut)[0].image, 7) << "nor under another root";
+}
+
+TEST_F(ValueRowsTest, AKeyThatCannotBeOpenedGivesNoRows)
+{
+    Write(TEXT("v"), REG_SZ, Utf16Bytes(W("x"), true));
+    m_faults.FailOpen(TEXT("ValueRows"));
+    std::vector<SValueRow> rows(1);
+    EXPECT_FALSE(LoadValueRows(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, rows));
+    EXPECT_TRUE(rows.empty());
+}
+
+}  // namespace

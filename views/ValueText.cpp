@@ -1,0 +1,77 @@
+#include "views/ValueText.h"
+
+namespace {
+
+// More bytes than this would only make a row wider than any screen.
+const size_t kMaxShownBytes = 128;
+
+// Normal images; the cut forms lie kCutImageOffset below.
+const int kImageString = 7;
+const int kImageBinary = 8;
+const int kImageDword = 9;
+const int kImageMultiString = 10;
+const int kImageExpandString = 11;
+const int kImageNone = 12;
+const int kImageOther = 13;
+
+CString FirstString(const BYTE* data, size_t size)
+{
+    CString text;
+    const size_t units = size / sizeof(WCHAR);
+    for (size_t i = 0; i < units; ++i) {
+        // Byte by byte: registry data need not be aligned for WCHAR.
+        const WCHAR c = static_cast<WCHAR>(data[2 * i] | (data[2 * i + 1] << 8));
+        if (c == 0)
+            break;
+        text += c;
+    }
+    return text;
+}
+
+CString HexBytes(const BYTE* data, size_t size)
+{
+    CString text;
+    const size_t shown = size < kMaxShownBytes ? size : kMaxShownBytes;
+    for (size_t i = 0; i < shown; ++i)
+        text.AppendFormat(i == 0 ? TEXT("%02X") : TEXT(" %02X"), static_cast<unsigned>(data[i]));
+    if (size > kMaxShownBytes)
+        text += TEXT("...");
+    return text;
+}
+
+}  // namespace
+
+int ValueImage(DWORD type, bool cut)
+{
+    int image = kImageOther;
+    switch (type) {
+    case REG_SZ: image = kImageString; break;
+    case REG_EXPAND_SZ: image = kImageExpandString; break;
+    case REG_MULTI_SZ: image = kImageMultiString; break;
+    case REG_DWORD: image = kImageDword; break;
+    case REG_BINARY: image = kImageBinary; break;
+    case REG_NONE: image = kImageNone; break;
+    default: break;
+    }
+    return cut ? image - kCutImageOffset : image;
+}
+
+CString ValueDataText(DWORD type, const BYTE* data, size_t size)
+{
+    switch (type) {
+    case REG_SZ:
+    case REG_EXPAND_SZ:
+        return FirstString(data, size);
+    case REG_MULTI_SZ:
+        return FirstString(data, size) + TEXT("...");
+    case REG_DWORD: {
+        if (size != sizeof(DWORD))
+            return CString();
+        const DWORD value = static_cast<DWORD>(data[0]) | (static_cast<DWORD>(data[1]) << 8) |
+                            (static_cast<DWORD>(data[2]) << 16) | (static_cast<DWORD>(data[3]) << 24);
+        return CString::Formatted(TEXT("%u (0x%08X)"), static_cast<unsigned>(value), static_cast<unsigned>(value));
+    }
+    default:
+        return HexBytes(data, size);
+    }
+}
