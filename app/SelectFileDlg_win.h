@@ -1,0 +1,95 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "framework/CString.h"
+#include "framework/ObjArray.h"
+#include "framework/ShdDialog.h"
+#include "framework/ShdWnd.h"
+
+// The entries of one folder, one at a time, without "." and "..".
+class CFilesFinder {
+public:
+    CFilesFinder() = default;
+    ~CFilesFinder() { Close(); }
+    CFilesFinder(const CFilesFinder&) = delete;
+    CFilesFinder& operator=(const CFilesFinder&) = delete;
+
+    // `pattern` is a folder and a wildcard, such as "\Windows\*". False when
+    // nothing (but "." and "..") matches.
+    bool FindFirst(LPCWSTR pattern);
+    bool FindNext();
+    void Close();
+    // "" when closed.
+    LPCWSTR GetName() const;
+    // (DWORD)-1 when closed.
+    DWORD GetAttributes() const;
+
+private:
+    bool SkipDots();
+
+    HANDLE m_find = INVALID_HANDLE_VALUE;
+    WIN32_FIND_DATAW m_data = {};
+};
+
+// "Select File": the program's own file chooser. It walks the file system
+// from a folder, lists the folder's subfolders and files, and returns the
+// full path of a typed or chosen name ("backup" becomes "backup.reg").
+// Whether the file exists or may be overwritten is the caller's question.
+class CSelectFileDlg : public CShdDialog {
+public:
+    struct SItem {
+        CString name;
+        DWORD kind;
+    };
+
+    // Sent by the list to the dialog to move the focus on; wParam is the
+    // backwards flag, lParam the list.
+    static const UINT kMoveFocusMessage = WM_APP + 1;
+    // Sent by the list when Enter activates its focused row (wParam).
+    static const UINT kActivateByKeyMessage = WM_APP + 2;
+
+    // The list: takes every key, and hands the keys that leave it (Tab,
+    // Left, Right, Up on the first row, Down on the last) to the dialog, and
+    // Enter as the activation of the focused row by key.
+    class CFilesListCtrl : public CShdWnd {
+    public:
+        LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    };
+
+    // `path` is the initial file or folder (special folder names such as
+    // "%Temp%" at its start are expanded); on true it holds the chosen full
+    // path. False on Cancel.
+    bool DoModal(HWND owner, CString& path);
+
+    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    bool OnInitDialog();
+    INT_PTR OnNotify(const NMHDR& header);
+    void OnSelect();
+    void OnActivate(int row, bool byKey);
+    void MoveFocus(bool backwards);
+    // Navigates to the row `row` (".." or a folder).
+    void EnterRow(int row);
+    void FillList(LPCWSTR nameToSelect);
+    void AddRow(const CString& name, DWORD kind, DWORD attributes);
+    void UpdateLocation();
+    void Layout(int width, int height);
+    void FitColumn();
+    int FindRow(LPCWSTR name) const;
+    HWND Control(int id) const { return GetDlgItem(GetHwnd(), id); }
+
+    CString m_path;
+    CString m_folder;
+    CString m_initialName;
+    CShdObjArray<SItem> m_items;
+    CFilesListCtrl m_list;
+};
+
+// The folder that a special folder name stands for, as the dialog expands
+// them: the handheld's folder, or the desktop's equivalent where the
+// handheld's does not exist. Empty for an index out of the table.
+CString ResolveSpecialFolder(int index);
