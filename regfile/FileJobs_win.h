@@ -11,6 +11,11 @@
 // the caller notes whether the tree had the focus before the call and gives
 // it back to the tree or the value list afterwards.
 
+// The file or folder the next file dialog of the jobs starts from (special
+// folder names such as "%Temp%" are expanded); each dialog then remembers
+// the file chosen in it. Empty at first, which opens the top "\".
+void SetFileDialogStart(LPCWSTR path);
+
 // "Export..." (40064). `selectedRoot` is null when no key is selected, and
 // `selectedPath` is then empty or null. Asks for the file, the overwrite
 // question and the export options, then runs RunExportJob.

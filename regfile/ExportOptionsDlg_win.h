@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include "framework/CString.h"
+#include "framework/ShdDialog.h"
+
+// "Export Options": the whole registry or the selected branch, the format,
+// and the file the export goes to. Full-screen, with "Done" and "Cancel".
+class CExportOptionsDlg : public CShdDialog {
+public:
+    CExportOptionsDlg(LPCWSTR file, bool selectedBranchOnly, bool unicode);
+
+    bool SelectedBranchOnly() const { return m_selectedBranchOnly; }
+    bool Unicode() const { return m_unicode; }
+
+    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    bool OnInitDialog();
+    void OnOk();
+    void Layout(int width, int height);
+
+    CString m_file;
+    bool m_selectedBranchOnly;
+    bool m_unicode;
+};
+
+// Asks the options of an export to `file`; both flags go in as the preset and
+// come out as chosen. True on OK.
+bool ExportOptions(HWND owner, LPCWSTR file, bool& selectedBranchOnly, bool& unicode);

@@ -1,0 +1,158 @@
+#include "tests/ui/FileDialogTestSupport.h"
+
+#include <commctrl.h>
+
+#include "tests/support/TestText.h"
+
+namespace {
+
+CWhenReady* g_waiter = nullptr;
+
+void RemoveTree(const CString& path)
+{
+    WIN32_FIND_DATAW data = {};
+    const HANDLE find = FindFirstFileW(path + L"\\*", &data);
+    if (find != INVALID_HANDLE_VALUE) {
+        do {
+            const CString name = data.cFileName;
+            if (name == L"." || name == L"..")
+                continue;
+            const CString child = path + L"\\" + name;
+            if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+                RemoveTree(child);
+            else
+                DeleteFileW(child);
+        } while (FindNextFileW(find, &data));
+        FindClose(find);
+    }
+    RemoveDirectoryW(path);
+}
+
+}  // namespace
+
+CTestFolder::CTestFolder(const char* name, std::vector<const char*> folders, std::vector<const char*> files)
+{
+    WCHAR current[MAX_PATH] = {};
+    GetCurrentDirectoryW(MAX_PATH, current);
+    m_path = CString(current) + L"\\" + W(name);
+    RemoveTree(m_path);
+    CreateDirectoryW(m_path, nullptr);
+    for (const char* folder : folders)
+        CreateDirectoryW(PathOf(folder), nullptr);
+    for (const char* file : files) {
+        const HANDLE handle = CreateFileW(PathOf(file), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        CloseHandle(handle);
+    }
+}
+
+CTestFolder::~CTestFolder()
+{
+    RemoveTree(m_path);
+}
+
+CString CTestFolder::PathOf(const char* entry) const
+{
+    return m_path + L"\\" + W(entry);
+}
+
+HWND FindDialog(LPCWSTR caption)
+{
+    return FindWindowW(L"#32770", caption);
+}
+
+std::vector<CString> ListRows(HWND list)
+{
+    std::vector<CString> rows;
+    const int count = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) {
+        WCHAR text[MAX_PATH] = {};
+        LVITEMW item = {};
+        item.pszText = text;
+        item.cchTextMax = MAX_PATH;
+        SendMessageW(list, LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
+        rows.push_back(text);
+    }
+    return rows;
+}
+
+std::vector<int> ListImages(HWND list)
+{
+    std::vector<int> images;
+    const int count = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) {
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = row;
+        SendMessageW(list, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        images.push_back(item.iImage);
+    }
+    return images;
+}
+
+int SelectedRow(HWND list)
+{
+    return static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
+
+CWhenReady::CWhenReady(std::function<bool()> ready, std::function<void()> action)
+    : m_ready(std::move(ready)), m_action(std::move(action))
+{
+    g_waiter = this;
+    m_timer = SetTimer(nullptr, 0, 20, OnTimer);
+}
+
+CWhenReady::~CWhenReady()
+{
+    KillTimer(nullptr, m_timer);
+    g_waiter = nullptr;
+}
+
+void CALLBACK CWhenReady::OnTimer(HWND, UINT, UINT_PTR, DWORD)
+{
+    CWhenReady* waiter = g_waiter;
+    if (waiter == nullptr || waiter->m_done || !waiter->m_ready())
+        return;
+    waiter->m_done = true;
+    waiter->m_action();
+}
+
+std::string FileBytes(const CString& path)
+{
+    std::string bytes;
+    const HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                                    nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return bytes;
+    char buffer[4096];
+    DWORD read = 0;
+    while (ReadFile(file, buffer, sizeof(buffer), &read, nullptr) && read > 0)
+        bytes.append(buffer, read);
+    CloseHandle(file);
+    return bytes;
+}
+
+bool WriteFileBytes(const CString& path, const std::string& bytes)
+{
+    const HANDLE file = CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    DWORD written = 0;
+    const bool ok = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+                    written == bytes.size();
+    CloseHandle(file);
+    return ok;
+}
+
+std::string Utf16Text(const char* utf8)
+{
+    std::string bytes;
+    const CString text = W(utf8);
+    for (size_t i = 0; i < text.GetLength(); ++i) {
+        const unsigned unit = static_cast<unsigned>(text.GetAt(i));
+        if (unit == '\n')
+            bytes += std::string("\r\0", 2);
+        bytes += static_cast<char>(unit & 0xFF);
+        bytes += static_cast<char>(unit >> 8);
+    }
+    return bytes;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+#include "framework/CString.h"
+
+// A folder of the test's own in the working folder, made afresh with the
+// given subfolders and (empty) files, and removed with them at the end.
+class CTestFolder {
+public:
+    CTestFolder(const char* name, std::vector<const char*> folders, std::vector<const char*> files);
+    ~CTestFolder();
+    CTestFolder(const CTestFolder&) = delete;
+    CTestFolder& operator=(const CTestFolder&) = delete;
+
+    // The folder's full path, and one of an entry in it.
+    const CString& Path() const { return m_path; }
+    CString PathOf(const char* entry) const;
+
+private:
+    CString m_path;
+};
+
+// The dialog of the thread with this caption, or null.
+HWND FindDialog(LPCWSTR caption);
+// The texts and the images of a list view's rows.
+std::vector<CString> ListRows(HWND list);
+std::vector<int> ListImages(HWND list);
+int SelectedRow(HWND list);
+
+// Calls `action` from a thread timer as soon as `ready` holds, from inside
+// whatever loop the thread runs meanwhile.
+class CWhenReady {
+public:
+    CWhenReady(std::function<bool()> ready, std::function<void()> action);
+    ~CWhenReady();
+    CWhenReady(const CWhenReady&) = delete;
+    CWhenReady& operator=(const CWhenReady&) = delete;
+    bool Done() const { return m_done; }
+
+private:
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
+
+    std::function<bool()> m_ready;
+    std::function<void()> m_action;
+    bool m_done = false;
+    UINT_PTR m_timer = 0;
+};
+
+// A whole file's bytes (empty when it cannot be read), and a file written
+// with exactly these bytes.
+std::string FileBytes(const CString& path);
+bool WriteFileBytes(const CString& path, const std::string& bytes);
+// UTF-8 text as the UTF-16LE bytes of a version 5 file, "\n" becoming CR LF,
+// without the byte-order mark.
+std::string Utf16Text(const char* utf8);
