@@ -1,43 +1,79 @@
-#include "framework/WindowHelpers.h"
-#include "platform/WinTypes.h"
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <new>
+
+#include "app/MainWnd_win.h"
 #include "resources/resource.h"
+#include "settings/Settings.h"
 
 namespace {
 
-// The main window's class for interactive runs.
-const wchar_t kMainWindowClass[] = L"Quenda_{A55A0214-0F7E-46FE-B53B-52C2AE3EC850}";
+// Held by the interactive instance for as long as it runs; a second
+// interactive start that finds it exits.
+const wchar_t kInstanceMutexName[] = L"Quenda_{CC166F37-60E2-4B85-9CB8-CDD36DBD7101}";
 
-LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+// Any argument, even a tab, means a command-line run; blanks alone do not.
+bool HasArguments(LPCWSTR commandLine)
 {
-    if (message == WM_DESTROY) {
-        PostQuitMessage(0);
-        return 0;
+    for (; commandLine != nullptr && *commandLine != 0; ++commandLine) {
+        if (*commandLine != L' ')
+            return true;
     }
-    return DefWindowProcW(window, message, wParam, lParam);
+    return false;
+}
+
+class CMutexOwner {
+public:
+    ~CMutexOwner()
+    {
+        if (m_handle != nullptr)
+            CloseHandle(m_handle);
+    }
+    HANDLE m_handle = nullptr;
+};
+
+void RunMessageLoop(HWND mainWindow, HINSTANCE instance)
+{
+    const HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDA_MAIN));
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (accelerators == nullptr || !TranslateAcceleratorW(mainWindow, accelerators, &message))
+            TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
 }
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int)
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int)
 {
-    WNDCLASSW windowClass = {};
-    windowClass.style = CS_HREDRAW | CS_VREDRAW;
-    windowClass.lpfnWndProc = MainWindowProc;
-    windowClass.hInstance = instance;
-    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-    windowClass.lpszClassName = kMainWindowClass;
-    if (RegisterClassW(&windowClass) == 0)
-        return 1;
-    // A handheld's portrait screen: 480 x 640 at 96 dpi.
-    const HWND window = CreateWindowW(kMainWindowClass, L"Quenda", WS_VISIBLE | WS_CAPTION | WS_SYSMENU,
-                                      CW_USEDEFAULT, CW_USEDEFAULT, 480, 640, nullptr, nullptr, instance, nullptr);
-    if (window == nullptr)
-        return 1;
-    CreateMenuBar(window, instance, IDR_MAIN_MENU, false);
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+    SetAppInstance(instance);
+    const bool commandLineMode = HasArguments(commandLine);
+    CMutexOwner mutex;
+    if (!commandLineMode) {
+        const HWND running = FindWindowW(CMainWnd::kInteractiveClassName, nullptr);
+        if (running != nullptr) {
+            Handheld::SetForegroundWindow(running);
+            return 0;
+        }
+        mutex.m_handle = CreateMutexW(nullptr, FALSE, kInstanceMutexName);
+        if (mutex.m_handle != nullptr && GetLastError() == ERROR_ALREADY_EXISTS)
+            return 0;
     }
-    return 0;
+
+    INITCOMMONCONTROLSEX controls = {8, 0x13};
+    InitCommonControlsEx(&controls);
+    Settings().Load();
+
+    CMainWnd* mainWindow = new (std::nothrow) CMainWnd;
+    if (mainWindow == nullptr)
+        return 1;
+    mainWindow->SetCommandLineMode(commandLineMode);
+    const bool created = mainWindow->Create(instance);
+    if (created)
+        RunMessageLoop(mainWindow->GetHwnd(), instance);
+    delete mainWindow;
+    return created ? 0 : 1;
 }

@@ -298,6 +298,21 @@ BOOL SetForegroundWindow(HWND window)
     return ::SetForegroundWindow(popup != nullptr ? popup : window);
 }
 
+LPCWSTR GetCommandLineW()
+{
+    LPCWSTR text = ::GetCommandLineW();
+    if (text == nullptr)
+        return L"";
+    bool quoted = false;
+    for (; *text != 0 && (quoted || (*text != L' ' && *text != L'\t')); ++text) {
+        if (*text == L'"')
+            quoted = !quoted;
+    }
+    while (*text == L' ' || *text == L'\t')
+        ++text;
+    return text;
+}
+
 INT_PTR PropertySheetW(const PROPSHEETHEADERW* header)
 {
     if (header == nullptr)

@@ -177,6 +177,9 @@ BOOL GetPlatformType(LPWSTR buffer, UINT capacity);
 // SetForegroundWindow(window | 1): brings the window forward with its last
 // active pop-up.
 BOOL SetForegroundWindow(HWND window);
+// GetCommandLineW: the handheld's holds the arguments alone; the desktop's
+// begins with the program's name, which this skips with the blanks after it.
+LPCWSTR GetCommandLineW();
 // PropertySheetW with the handheld's flags; a maximised sheet is an ordinary
 // dialog over its owner on the desktop, whose pages do not follow a resize.
 INT_PTR PropertySheetW(const PROPSHEETHEADERW* header);

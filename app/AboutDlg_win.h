@@ -1,0 +1,11 @@
+#pragma once
+
+#include "framework/ShdDialog.h"
+
+// The About box: the program's name and its version as the build stamped it
+// into the version resource.
+class CAboutDlg : public CShdDialog {
+public:
+    CAboutDlg();
+    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+};

@@ -1,0 +1,177 @@
+// The main window's commands, menu states, focus cycle and last position.
+#include "app/MainWnd_win.h"
+
+#include "app/AboutDlg_win.h"
+#include "framework/WindowHelpers.h"
+#include "registry/KeyPath.h"
+#include "registry/RegistryRoots.h"
+#include "resources/resource.h"
+#include "settings/Settings.h"
+
+void CMainWnd::OnCommand(UINT command)
+{
+    switch (command) {
+    case IDM_ABOUT:
+        ShowAbout();
+        break;
+    case IDM_EXIT:
+    case IDM_EXIT_KEY:
+        DestroyWindow(GetHwnd());
+        break;
+    case IDM_KEY_COPY_NAME:
+        CopyKeyName();
+        break;
+    case IDM_VALUE_REFRESH:
+    case IDM_KEY_REFRESH:
+    case IDM_REGISTRY_REFRESH:
+    case IDM_REFRESH_KEY:
+        RefreshValueList();
+        break;
+    case IDM_TAB:
+    case IDM_TAB_KEY:
+        MoveFocus(true);
+        break;
+    case IDM_BACK_TAB_KEY:
+        MoveFocus(false);
+        break;
+    case IDM_DELETE_KEY:
+        if (GetFocus() == m_tree)
+            OnCommand(IDM_KEY_DELETE);
+        else if (GetFocus() == m_list)
+            OnCommand(IDM_VALUE_DELETE);
+        break;
+    case IDM_SEARCH_SHOW_RESULTS:
+    case IDM_SEARCH_SHOW_RESULTS_KEY:
+        // Without search results there is nothing to show, and the results
+        // window is never open yet.
+        break;
+    default:
+        // The editors, key operations, search, bookmarks and options take
+        // their commands here as they arrive.
+        break;
+    }
+}
+
+SMenuContext CMainWnd::GetMenuContext() const
+{
+    SMenuContext context;
+    HKEY root = nullptr;
+    CString path;
+    context.keySelected = GetSelectedKey(root, path);
+    context.rootKey = context.keySelected && path.IsEmpty();
+    CString value;
+    context.valueSelected = GetSelectedValue(value);
+    context.clipboardKind = m_clipboardKind;
+    context.toolbarAllowed = Settings().GetShowSearchToolbar();
+    return context;
+}
+
+void CMainWnd::OnInitMenuPopup(HMENU menu)
+{
+    if (IsSmartphone())
+        DeleteMenu(menu, IDM_SEARCH_TOOLBAR, MF_BYCOMMAND);
+    const SMenuContext context = GetMenuContext();
+    const int count = GetMenuItemCount(menu);
+    for (int index = 0; index < count; ++index) {
+        const UINT command = GetMenuItemID(menu, index);
+        SMenuItemState state;
+        if (command == static_cast<UINT>(-1) || !GetMenuItemState(command, context, state))
+            continue;
+        EnableMenuItem(menu, index, MF_BYPOSITION | (state.enabled ? MF_ENABLED : MF_GRAYED));
+        if (state.label != nullptr) {
+            MENUITEMINFOW info = {};
+            info.cbSize = sizeof(info);
+            info.fMask = MIIM_TYPE;
+            info.fType = MFT_STRING;
+            info.dwTypeData = const_cast<LPWSTR>(state.label);
+            SetMenuItemInfoW(menu, index, TRUE, &info);
+        }
+    }
+}
+
+void CMainWnd::MoveFocus(bool forward)
+{
+    const HWND focus = GetFocus();
+    const HWND splitter = m_splitter.GetHwnd();
+    HWND next = m_tree;
+    if (focus == m_tree)
+        next = forward ? splitter : m_list;
+    else if (focus == splitter)
+        next = forward ? m_list : m_tree;
+    else if (focus == m_list)
+        next = forward ? m_tree : splitter;
+    SetFocus(next);
+}
+
+void CMainWnd::CopyKeyName()
+{
+    const HWND focus = GetFocus() == m_list ? m_list : m_tree;
+    HKEY root = nullptr;
+    CString path;
+    if (GetSelectedKey(root, path)) {
+        const CString name = FullKeyName(root, path);
+        const size_t bytes = (name.GetLength() + 1) * sizeof(WCHAR);
+        HLOCAL block = LocalAlloc(LMEM_MOVEABLE, bytes);
+        void* text = block != nullptr ? LocalLock(block) : nullptr;
+        if (text != nullptr) {
+            CopyMemory(text, name.GetString(), bytes);
+            LocalUnlock(block);
+            if (OpenClipboard(GetHwnd())) {
+                EmptyClipboard();
+                if (SetClipboardData(CF_UNICODETEXT, block) != nullptr)
+                    block = nullptr;
+                CloseClipboard();
+            }
+        }
+        if (block != nullptr)
+            LocalFree(block);
+    }
+    SetFocus(focus);
+}
+
+void CMainWnd::ShowAbout()
+{
+    CAboutDlg about;
+    about.DoModal(m_instance, IDD_ABOUT, GetHwnd(), 0);
+}
+
+void CMainWnd::RefreshValueList()
+{
+    HKEY root = nullptr;
+    CString path;
+    GetSelectedKey(root, path);
+    FillValueList(root, path);
+}
+
+void CMainWnd::RestorePosition()
+{
+    if (!Settings().GetSavePosition())
+        return;
+    DWORD root = 0;
+    CString keyName;
+    CString valueName;
+    bool valueSelected = false;
+    Settings().GetLastPosition(root, keyName, valueName, valueSelected);
+    if (root == 0 || !NavigateTo(RootKeyFromValue(root), keyName))
+        return;
+    if (valueSelected)
+        SelectValueByName(valueName);
+}
+
+void CMainWnd::SavePosition()
+{
+    HKEY root = nullptr;
+    CString path;
+    CString value;
+    const bool keySelected = GetSelectedKey(root, path);
+    const bool valueSelected = GetSelectedValue(value);
+    if (!Settings().GetSavePosition()) {
+        root = nullptr;
+        path.Empty();
+        value.Empty();
+    }
+    Settings().SetLastPosition(root != nullptr ? RootValueFromKey(root) : 0, path, value,
+                               keySelected && valueSelected && root != nullptr);
+    Settings().SaveOptions();
+    Settings().Flush();
+}

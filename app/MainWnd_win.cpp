@@ -1,0 +1,203 @@
+#include "app/MainWnd_win.h"
+
+#include "app/CommandLineRunner.h"
+#include "framework/DpiScale.h"
+#include "framework/MessageBox.h"
+#include "framework/WindowHelpers.h"
+
+namespace {
+
+HINSTANCE g_instance = nullptr;
+
+// The command line's verbs, with the main window as the owner of their
+// message boxes and jobs.
+class CWindowCommandLineRunner : public CCommandLineRunner {
+public:
+    explicit CWindowCommandLineRunner(HWND owner) : m_owner(owner) {}
+
+protected:
+    int ShowMessage(LPCWSTR text, UINT flags) override { return ::ShowMessage(m_owner, text, flags); }
+    // The import and export jobs take these over when they arrive.
+    void RunImportJob(const CString&) override {}
+    void RunExportJob(const CString&, HKEY, const CString&) override {}
+
+private:
+    HWND m_owner;
+};
+
+}  // namespace
+
+HINSTANCE AppInstance()
+{
+    return g_instance;
+}
+
+void SetAppInstance(HINSTANCE instance)
+{
+    g_instance = instance;
+}
+
+const wchar_t CMainWnd::kInteractiveClassName[] = L"Quenda_{A55A0214-0F7E-46FE-B53B-52C2AE3EC850}";
+const wchar_t CMainWnd::kCommandLineClassName[] = L"CmdLine_Quenda_{A55A0214-0F7E-46FE-B53B-52C2AE3EC850}";
+
+CMainWnd::CMainWnd()
+{
+    const HBRUSH face = GetSysColorBrush(COLOR_BTNFACE);
+    m_interactiveClass.Register(kInteractiveClassName, 0, face);
+    m_commandLineClass.Register(kCommandLineClassName, 0, face);
+    m_activateInfo.cbSize = sizeof(m_activateInfo);
+}
+
+CMainWnd::~CMainWnd()
+{
+    if (GetHwnd() != nullptr)
+        DestroyWindow(GetHwnd());
+}
+
+bool CMainWnd::Create(HINSTANCE instance)
+{
+    m_instance = instance;
+    const CClass& windowClass = m_commandLine ? m_commandLineClass : m_interactiveClass;
+    return CShdWnd::Create(0, &windowClass, L"Quenda", WS_VISIBLE | WS_CAPTION, CW_USEDEFAULT, CW_USEDEFAULT,
+                           CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, instance);
+}
+
+bool CMainWnd::CreateSoftKeyBar()
+{
+    const SSoftKeyBarChoice choice = ChooseMainSoftKeyBar(IsSmartphone(), GetOsVersion());
+    m_softKeyBar = CreateMenuBar(GetHwnd(), m_instance, choice.resourceId, choice.isMenuBarResource);
+    return m_softKeyBar != nullptr;
+}
+
+int CMainWnd::OnCreate()
+{
+    PostMessageW(GetHwnd(), kStartupMessage, 0, 0);
+    SHINITDLGINFO fullScreen = {SHIDIM_FLAGS, GetHwnd(), SHIDIF_SIZEDLGFULLSCREEN};
+    SHInitDialog(&fullScreen);
+    // The desktop keeps the caption (its border is part of it) so that the
+    // window can be moved; only the dialog frame goes, as on the handheld.
+    SetWindowLongW(GetHwnd(), GWL_EXSTYLE, GetWindowLongW(GetHwnd(), GWL_EXSTYLE) & ~WS_EX_DLGMODALFRAME);
+    if (!CreateSoftKeyBar())
+        return -1;
+
+    RECT client;
+    GetClientRect(GetHwnd(), &client);
+    const int width = client.right;
+    const int height = client.bottom;
+    if (!CreateTree(0, 0, width, height / 2) || !CreateValueList(0, height / 2, width, height - height / 2))
+        return -1;
+    if (!m_splitter.Create(true, WS_CHILD | WS_VISIBLE, 0, height / 2, width, ScaleY(6), GetHwnd(), kSplitterId,
+                           m_instance))
+        return -1;
+    m_splitter.SetNotify(GetHwnd(), kSplitterMessage);
+    const int barHeight = ScaleY(17);
+    if (!m_keyName.Create(0, height - barHeight, width, barHeight, GetHwnd(), kKeyNameId, m_instance))
+        return -1;
+    m_keyName.SetKey(nullptr, L"");
+
+    m_split.Reset();
+    Layout(true);
+    SetFocus(m_tree);
+    FillValueList(nullptr, L"");
+    if (!m_commandLine)
+        RestorePosition();
+    return 0;
+}
+
+void CMainWnd::OnStartup()
+{
+    if (!m_commandLine)
+        return;
+    CWindowCommandLineRunner runner(GetHwnd());
+    runner.Process(Handheld::GetCommandLineW());
+    DestroyWindow(GetHwnd());
+}
+
+void CMainWnd::OnDestroy()
+{
+    if (!m_commandLine)
+        SavePosition();
+    ReleasePanes();
+    PostQuitMessage(0);
+}
+
+void CMainWnd::Layout(bool afterDrag)
+{
+    if (m_tree == nullptr || m_list == nullptr || m_splitter.GetHwnd() == nullptr ||
+        m_keyName.GetHwnd() == nullptr)
+        return;
+    RECT client;
+    GetClientRect(GetHwnd(), &client);
+    RECT splitter = {};
+    GetWindowRect(m_splitter.GetHwnd(), &splitter);
+    MapWindowPoints(nullptr, GetHwnd(), reinterpret_cast<POINT*>(&splitter), 2);
+    const SPaneLayout layout = m_split.Compute(SPaneMetrics::ForDpi(ScreenDpiY()), client.right, client.bottom,
+                                               afterDrag, splitter.left, splitter.top);
+    m_splitter.SetOrientation(layout.stacked);
+    const auto move = [](HWND window, const SPaneRect& rect) {
+        MoveWindow(window, rect.x, rect.y, rect.width, rect.height, TRUE);
+    };
+    move(m_tree, layout.tree);
+    move(m_splitter.GetHwnd(), layout.splitter);
+    move(m_list, layout.list);
+    move(m_keyName.GetHwnd(), layout.keyName);
+}
+
+void CMainWnd::ShowFindResults(bool)
+{
+    // The find-results window arrives with the search; until then there is
+    // nothing to show.
+}
+
+void CMainWnd::OnSplitterNotify(WPARAM code, LPARAM delta)
+{
+    if (code != CSplitterWnd::kMoveEnd)
+        return;
+    m_splitter.MoveBy(static_cast<SHORT>(LOWORD(delta)), static_cast<SHORT>(HIWORD(delta)));
+    Layout(true);
+}
+
+LRESULT CMainWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_CREATE:
+        return OnCreate();
+    case WM_DESTROY:
+        OnDestroy();
+        return 0;
+    case WM_SIZE:
+        Layout(false);
+        return 0;
+    case WM_ACTIVATE:
+        SHHandleWMActivate(GetHwnd(), wParam, lParam, &m_activateInfo, 0);
+        break;
+    case WM_SETTINGCHANGE:
+        SHHandleWMSettingChange(GetHwnd(), wParam, lParam, &m_activateInfo);
+        break;
+    case WM_COPYDATA:
+        return 0;
+    case WM_NOTIFY:
+        return OnNotify(reinterpret_cast<const NMHDR*>(lParam));
+    case WM_COMMAND:
+        OnCommand(LOWORD(wParam));
+        return 0;
+    case WM_INITMENUPOPUP:
+        OnInitMenuPopup(reinterpret_cast<HMENU>(wParam));
+        return 1;
+    case WM_HOTKEY:
+        if (HIWORD(lParam) == VK_ESCAPE) {
+            SHSendBackToFocusWindow(message, wParam, lParam);
+            return 1;
+        }
+        break;
+    case kSplitterMessage:
+        OnSplitterNotify(wParam, lParam);
+        return 0;
+    case kStartupMessage:
+        OnStartup();
+        return 0;
+    default:
+        break;
+    }
+    return CShdWnd::WindowProc(message, wParam, lParam);
+}

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "app/KeyNameWnd_win.h"
+#include "app/MenuStates.h"
+#include "app/PaneLayout.h"
+#include "app/SplitterWnd_win.h"
+#include "framework/CString.h"
+#include "framework/HandheldShell_win.h"
+#include "framework/ShdWnd.h"
+
+// The process's module, stored once at start-up.
+HINSTANCE AppInstance();
+void SetAppInstance(HINSTANCE instance);
+
+// The program's one top-level window: the registry tree and the value list
+// with a splitter between them, the key name bar under them and the soft-key
+// bar. It routes every command, keeps the menus' states current, moves the
+// focus between the panes, and restores and saves the last position. In
+// command-line mode it runs the command line's verbs once it exists, then
+// closes itself, saving nothing.
+class CMainWnd : public CShdWnd {
+public:
+    static const UINT kStartupMessage = WM_APP + 100;
+    static const UINT kSplitterMessage = WM_USER + 1;
+    static const UINT kTreeId = 101;
+    static const UINT kListId = 102;
+    static const UINT kSplitterId = 103;
+    static const UINT kKeyNameId = 104;
+
+    static const wchar_t kInteractiveClassName[];
+    static const wchar_t kCommandLineClassName[];
+
+    // Registers both window classes.
+    CMainWnd();
+    ~CMainWnd() override;
+
+    // Before Create.
+    void SetCommandLineMode(bool commandLine) { m_commandLine = commandLine; }
+    bool IsCommandLineMode() const { return m_commandLine; }
+    // The visible window, captioned "Quenda", of the mode's class.
+    bool Create(HINSTANCE instance);
+
+    // The selected key; false for the top item or no selection.
+    bool GetSelectedKey(HKEY& root, CString& path) const;
+    // The selected value's name; false when no value is selected.
+    bool GetSelectedValue(CString& name) const;
+    bool SelectValueByName(LPCWSTR name);
+    void Layout(bool afterDrag);
+    void ShowFindResults(bool show);
+
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    int OnCreate();
+    void OnStartup();
+    void OnDestroy();
+    bool CreateSoftKeyBar();
+    void OnSplitterNotify(WPARAM code, LPARAM delta);
+
+    // The tree and the value list: every call that depends on how they are
+    // made lies here, in MainWndPanes_win.cpp.
+    bool CreateTree(int x, int y, int width, int height);
+    bool CreateValueList(int x, int y, int width, int height);
+    LRESULT OnNotify(const NMHDR* header);
+    void OnTreeSelectionChanged();
+    void FillValueList(HKEY root, LPCWSTR path);
+    bool NavigateTo(HKEY root, LPCWSTR path);
+    void ReleasePanes();
+
+    // Commands, menu states and focus, in MainWndCommands_win.cpp.
+    void OnCommand(UINT command);
+    void OnInitMenuPopup(HMENU menu);
+    SMenuContext GetMenuContext() const;
+    void MoveFocus(bool forward);
+    void CopyKeyName();
+    void ShowAbout();
+    void RefreshValueList();
+    void RestorePosition();
+    void SavePosition();
+
+    CClass m_interactiveClass;
+    CClass m_commandLineClass;
+    bool m_commandLine = false;
+    HINSTANCE m_instance = nullptr;
+    HWND m_softKeyBar = nullptr;
+    SHACTIVATEINFO m_activateInfo = {};
+    HWND m_tree = nullptr;
+    HWND m_list = nullptr;
+    HIMAGELIST m_listImages = nullptr;
+    CSplitterWnd m_splitter;
+    CKeyNameWnd m_keyName;
+    CPaneSplit m_split;
+    // 0 empty; 1 or 2 values; 3 or 4 a key.
+    int m_clipboardKind = 0;
+};

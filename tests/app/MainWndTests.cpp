@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "app/MainWnd_win.h"
+#include "framework/DpiScale.h"
+#include "resources/resource.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+
+namespace {
+
+// An interactive main window made in the test's own thread, with the
+// program's resources from the test's module.
+class MainWnd : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_window.Create(TestInstance()));
+        PumpMessages();
+        m_hwnd = m_window.GetHwnd();
+        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
+        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
+        m_splitter = GetDlgItem(m_hwnd, CMainWnd::kSplitterId);
+        ASSERT_NE(m_tree, nullptr);
+        ASSERT_NE(m_list, nullptr);
+        ASSERT_NE(m_splitter, nullptr);
+    }
+
+    void Command(UINT command)
+    {
+        SendMessageW(m_hwnd, WM_COMMAND, command, 0);
+        PumpMessages();
+    }
+
+    void SelectRoot(int index)
+    {
+        HTREEITEM item = TreeView_GetChild(m_tree, TreeView_GetRoot(m_tree));
+        for (int i = 0; i < index; ++i)
+            item = TreeView_GetNextSibling(m_tree, item);
+        TreeView_SelectItem(m_tree, item);
+        PumpMessages();
+    }
+
+    RECT ChildRect(HWND child) const
+    {
+        RECT rect;
+        GetWindowRect(child, &rect);
+        MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&rect), 2);
+        return rect;
+    }
+
+    // The enabled state of each item of the "Key" pop-up after the main
+    // window has prepared it.
+    bool KeyItemEnabled(UINT command)
+    {
+        HMENU menu = LoadMenuW(TestInstance(), MAKEINTRESOURCEW(IDR_KEY_CONTEXT));
+        HMENU popup = GetSubMenu(menu, 0);
+        SendMessageW(m_hwnd, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
+        const UINT state = GetMenuState(popup, command, MF_BYCOMMAND);
+        DestroyMenu(menu);
+        return (state & MF_GRAYED) == 0;
+    }
+
+    CMainWnd m_window;
+    HWND m_hwnd = nullptr;
+    HWND m_tree = nullptr;
+    HWND m_list = nullptr;
+    HWND m_splitter = nullptr;
+};
+
+TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
+{
+    EXPECT_EQ(GetFocus(), m_tree) << "the tree has the focus at start";
+    const HWND forward[] = {m_splitter, m_list, m_tree};
+    for (const HWND expected : forward) {
+        Command(IDM_TAB_KEY);
+        EXPECT_EQ(GetFocus(), expected);
+    }
+    const HWND backward[] = {m_list, m_splitter, m_tree};
+    for (const HWND expected : backward) {
+        Command(IDM_BACK_TAB_KEY);
+        EXPECT_EQ(GetFocus(), expected);
+    }
+    SetFocus(m_hwnd);
+    Command(IDM_TAB);
+    EXPECT_EQ(GetFocus(), m_tree) << "from anywhere else to the tree";
+}
+
+TEST_F(MainWnd, KeyCommandsFollowTheTreeSelection)
+{
+    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_NEW)) << "the top item is no key";
+    SelectRoot(2);
+    EXPECT_TRUE(KeyItemEnabled(IDM_KEY_NEW));
+    EXPECT_TRUE(KeyItemEnabled(IDM_KEY_COPY_NAME));
+    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_RENAME)) << "a root key cannot be renamed";
+    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_DELETE));
+    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_PASTE_CONTEXT)) << "the clipboard is empty";
+
+    Command(IDM_KEY_COPY_NAME);
+    ASSERT_TRUE(OpenClipboard(m_hwnd));
+    const HANDLE data = GetClipboardData(CF_UNICODETEXT);
+    const CString copied = data != nullptr ? CString(static_cast<LPCWSTR>(GlobalLock(data))) : CString();
+    if (data != nullptr)
+        GlobalUnlock(data);
+    CloseClipboard();
+    EXPECT_EQ(copied, W("HKEY_LOCAL_MACHINE"));
+    EXPECT_EQ(GetFocus(), m_tree) << "the focus goes back";
+}
+
+TEST_F(MainWnd, ShortWindowsPutThePanesSideBySide)
+{
+    const int threshold = ScaleY(180);
+    RECT window;
+    RECT client;
+    GetWindowRect(m_hwnd, &window);
+    GetClientRect(m_hwnd, &client);
+    const int frame = (window.bottom - window.top) - client.bottom;
+    for (const int height : {threshold, threshold - 1}) {
+        SCOPED_TRACE(height);
+        SetWindowPos(m_hwnd, nullptr, 0, 0, window.right - window.left, height + frame, SWP_NOZORDER | SWP_NOMOVE);
+        PumpMessages();
+        const RECT tree = ChildRect(m_tree);
+        const RECT list = ChildRect(m_list);
+        const bool stacked = height >= threshold;
+        EXPECT_EQ(list.top > tree.top, stacked);
+        EXPECT_EQ(list.left > tree.left, !stacked);
+    }
+}
+
+TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
+{
+    const int before = ChildRect(m_tree).bottom;
+    SetFocus(m_splitter);
+    SendMessageW(m_splitter, WM_KEYDOWN, VK_DOWN, 0);
+    PumpMessages();
+    EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5));
+    SendMessageW(m_splitter, WM_KEYDOWN, VK_LEFT, 0);
+    PumpMessages();
+    EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5)) << "a horizontal bar ignores Left and Right";
+    EXPECT_EQ(ChildRect(m_splitter).top, before + ScaleY(5));
+}
+
+}  // namespace
