@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/SelectFileDlg_win.h"
+#include "framework/DpiScale.h"
 #include "framework/MessageBox.h"
 #include "resources/resource.h"
 #include "tests/support/TestText.h"
@@ -159,8 +160,19 @@ TEST_F(SelectFileDlgTest, KeysWalkTheListAndEnterOnAFileChoosesIt)
     EXPECT_EQ(m_path, m_folder.PathOf("C.reg"));
 }
 
-TEST_F(SelectFileDlgTest, TheLocationShortensToItsControl)
+TEST_F(SelectFileDlgTest, ANarrowDialogShortensTheLocationAndALowOneHidesIt)
 {
+    const auto locationShown = [this] {
+        return (GetWindowLongW(GetDlgItem(Dialog(), IDC_FILE_LOCATION), GWL_STYLE) & WS_VISIBLE) != 0;
+    };
+    const auto listBottomGap = [this] {
+        RECT client = {};
+        GetClientRect(Dialog(), &client);
+        RECT list = {};
+        GetWindowRect(List(), &list);
+        MapWindowPoints(nullptr, Dialog(), reinterpret_cast<POINT*>(&list), 2);
+        return client.bottom - list.bottom;
+    };
     EXPECT_FALSE(Run(m_folder.PathOf("temp"), {[&] {
                          ASSERT_NE(Dialog(), nullptr);
                          RECT window = {};
@@ -170,6 +182,11 @@ TEST_F(SelectFileDlgTest, TheLocationShortensToItsControl)
                          const CString text = Location();
                          EXPECT_NE(text.Find(L"..."), -1) << text;
                          EXPECT_EQ(text.Right(5), W("\\temp"));
+                         EXPECT_TRUE(locationShown());
+                         EXPECT_EQ(listBottomGap(), ScaleY(8));
+                         SetWindowPos(Dialog(), nullptr, 0, 0, 200, ScaleY(150), SWP_NOMOVE | SWP_NOZORDER);
+                         EXPECT_FALSE(locationShown());
+                         EXPECT_EQ(listBottomGap(), ScaleY(4));
                      }}));
 }
 
