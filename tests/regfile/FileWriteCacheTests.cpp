@@ -3,7 +3,7 @@
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/FileWriteCache.h"
 #include "regfile/Handle.h"
-#include "tests/regfile/ExportTestFiles.h"
+#include "tests/support/TestFiles.h"
 
 namespace {
 

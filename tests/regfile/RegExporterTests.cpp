@@ -1,43 +1,22 @@
 #include <gtest/gtest.h>
 
-#include "framework/Text.h"
-#include "platform/FaultInjectingPlatform.h"
 #include "regfile/RegExporter.h"
 #include "registry/RegKey.h"
 #include "tests/regfile/ExportTestFiles.h"
+#include "tests/support/GatePlatform.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
+#include "tests/support/TestFiles.h"
 #include "tests/support/TestText.h"
 
 namespace {
 
-// Fault injection, plus behaviours the system shows only by chance.
-class CExportTestPlatform : public CFaultInjectingPlatform {
+// Faults and a pause, plus behaviours the system shows only by chance.
+class CExportTestPlatform : public CGatePlatform {
 public:
-    CExportTestPlatform()
-        : m_reached(SystemPlatform().CreateEventW(TRUE, FALSE)), m_go(SystemPlatform().CreateEventW(TRUE, FALSE))
-    {
-    }
-    ~CExportTestPlatform() override
-    {
-        SystemPlatform().CloseHandle(m_reached);
-        SystemPlatform().CloseHandle(m_go);
-    }
-
-    // The worker stops when it opens the key `name`, signals Reached(), and
-    // goes on as soon as the test signals any event (the cancel, say).
-    void PauseAt(LPCWSTR name) { m_pauseAt = name; }
-    HANDLE Reached() const { return m_reached; }
     // An ANSI code page in which ideographs take two bytes.
     bool m_doubleByteAnsi = false;
 
-    LONG RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY* result) override
-    {
-        if (!m_pauseAt.IsEmpty() && CompareNoCase(subKey, m_pauseAt) == 0) {
-            SystemPlatform().SetEvent(m_reached);
-            SystemPlatform().WaitForSingleObject(m_go, INFINITE);
-        }
-        return CFaultInjectingPlatform::RegOpenKeyExW(parent, subKey, options, sam, result);
-    }
     // Subkeys enumerate last first: the registry's own order is already the
     // sorted one, which would hide a missing sort.
     LONG RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* nameLength) override
@@ -47,11 +26,6 @@ public:
         return CFaultInjectingPlatform::RegEnumKeyExW(key, index < count ? count - 1 - index : index, name,
                                                       nameLength);
     }
-    BOOL SetEvent(HANDLE event) override
-    {
-        SystemPlatform().SetEvent(m_go);
-        return CFaultInjectingPlatform::SetEvent(event);
-    }
     int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int length, char* out, int capacity) override
     {
         for (int i = 0; m_doubleByteAnsi && i < length; ++i) {
@@ -60,11 +34,6 @@ public:
         }
         return CFaultInjectingPlatform::WideCharToMultiByte(codePage, flags, text, length, out, capacity);
     }
-
-private:
-    HANDLE m_reached;
-    HANDLE m_go;
-    CString m_pauseAt;
 };
 
 std::vector<BYTE> Sequence(int count)
@@ -78,7 +47,7 @@ std::vector<BYTE> Sequence(int count)
 // Version 5 text without the byte-order mark, to find inside a file.
 std::string Version5Text(const char* utf8Text)
 {
-    return Version5Bytes(utf8Text).substr(2);
+    return Utf16FileBytes(utf8Text, true).substr(2);
 }
 
 class RegExporterTest : public testing::Test {
@@ -87,7 +56,7 @@ protected:
 
     void Write(const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data)
     {
-        WriteTestValue(m_scratch.Handle(), keyPath, name, type, data);
+        WriteTestValue(m_scratch.Handle(), W(keyPath), W(name), type, data);
     }
 
     // The registry behind data/every-form-*.reg.
@@ -170,7 +139,7 @@ TEST_F(RegExporterTest, ACancelledExportEndsWithTheCancelLine)
     FillEveryForm();
     m_platform.PauseAt(TEXT("c"));
     ASSERT_TRUE(m_exporter.Start(m_file.Path(), false, true, HKEY_CURRENT_USER, m_scratch.Path()));
-    ASSERT_EQ(Platform().WaitForSingleObject(m_platform.Reached(), INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
+    ASSERT_TRUE(m_platform.WaitUntilReached());
     m_exporter.Cancel(false);
 
     bool result = true;
@@ -215,7 +184,7 @@ TEST_F(RegExporterTest, TheWholeRegistryHoldsTheFourRootsInOrder)
     ASSERT_TRUE(Export(true, result, true));
     EXPECT_TRUE(result);
     const std::string file = m_file.Bytes();
-    EXPECT_EQ(file.find(Version5Bytes("Windows Registry Editor Version 5.00\n\n[HKEY_CLASSES_ROOT]\n")), 0u);
+    EXPECT_EQ(file.find(Utf16FileBytes("Windows Registry Editor Version 5.00\n\n[HKEY_CLASSES_ROOT]\n", true)), 0u);
     size_t previous = 0;
     for (const char* line : {"\n[HKEY_CURRENT_USER]\n", "\n[HKEY_LOCAL_MACHINE]\n", "\n[HKEY_USERS]\n"}) {
         SCOPED_TRACE(line);

@@ -5,6 +5,7 @@
 
 #include "platform/Platform.h"
 #include "regfile/RegLineReader.h"
+#include "tests/support/TestFiles.h"
 #include "tests/support/TestText.h"
 
 namespace {
@@ -14,13 +15,10 @@ namespace {
 std::vector<CString> ReadLines(const std::string& bytes, DWORD bufferSize, bool* unicode = nullptr)
 {
     IPlatform& platform = Platform();
-    const CString path = W("line-reader-test.reg");
-    HANDLE file = platform.CreateFileW(path, GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
-    DWORD written = 0;
-    platform.WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written);
-    platform.CloseHandle(file);
-
-    file = platform.CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    const CTestFile written("line-reader-test.reg");
+    written.Write(bytes);
+    HANDLE file =
+        platform.CreateFileW(written.Path(), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
     std::vector<CString> lines;
     CRegLineReader reader(file, bufferSize);
     EXPECT_EQ(reader.Open(platform.GetFileSize(file)), CRegLineReader::EResult::Line);
@@ -30,18 +28,7 @@ std::vector<CString> ReadLines(const std::string& bytes, DWORD bufferSize, bool*
     if (unicode != nullptr)
         *unicode = reader.IsUnicode();
     platform.CloseHandle(file);
-    platform.DeleteFileW(path);
     return lines;
-}
-
-std::string Utf16File(const std::u16string& text)
-{
-    std::string bytes = "\xFF\xFE";
-    for (char16_t c : text) {
-        bytes += static_cast<char>(c & 0xFF);
-        bytes += static_cast<char>(c >> 8);
-    }
-    return bytes;
 }
 
 TEST(RegLineReader, EveryLineEndCountsOnceAtAnyBufferSize)
@@ -52,7 +39,7 @@ TEST(RegLineReader, EveryLineEndCountsOnceAtAnyBufferSize)
         SCOPED_TRACE(bufferSize);
         EXPECT_EQ(ReadLines(text, bufferSize), expected);
         bool unicode = false;
-        EXPECT_EQ(ReadLines(Utf16File(u"a\r\nb\rc\nd\n\re\r\n\r\nf\n\ng"), bufferSize * 2, &unicode), expected);
+        EXPECT_EQ(ReadLines(Utf16FileBytes(text), bufferSize * 2, &unicode), expected);
         EXPECT_TRUE(unicode);
     }
 }
@@ -64,7 +51,7 @@ TEST(RegLineReader, TinyFilesLongLinesAndOddBytes)
     EXPECT_EQ(ReadLines("\r\n", 16), std::vector<CString>{W("")});
     EXPECT_TRUE(ReadLines("\xFF\xFE", 16).empty()) << "a byte-order mark alone holds no line";
     // A last odd byte of a UTF-16 file is no character.
-    EXPECT_EQ(ReadLines(Utf16File(u"ab") + "c", 16), std::vector<CString>{W("ab")});
+    EXPECT_EQ(ReadLines(Utf16FileBytes("ab") + "c", 16), std::vector<CString>{W("ab")});
 
     const std::string longLine(100000, 'q');
     const std::vector<CString> lines = ReadLines(longLine + "\nz", 4096);

@@ -10,12 +10,12 @@
 
 #include "framework/Text.h"
 #include "platform/Platform.h"
-#include "regfile/RegExporter.h"
 #include "regfile/RegImporter.h"
 #include "registry/KeyOperations.h"
 #include "registry/RegKey.h"
 #include "tests/regfile/ExportTestFiles.h"
 #include "tests/support/ScratchKey.h"
+#include "tests/support/TestFiles.h"
 #include "tests/support/TestText.h"
 
 namespace {
@@ -52,27 +52,14 @@ private:
 
     int Pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_random); }
 
+    // Awkward ASCII, then Windows-1252 letters, then letters beyond it; a
+    // fifth of the picks are plain letters.
     WCHAR Char(bool forKeyName)
     {
-        static const char16_t kAwkward[] = u"\"\\;[]@= -,()\tx";
-        static const char16_t kLatin[] = u"äÖßéÆ€Š";
-        static const char16_t kWide[] = u"Жλ中ᚠ";
+        static const char16_t kChars[] = u"\"\\;[]@= -,()\täÖßéÆ€ŠЖλ中ᚠ";
+        const int last = m_ansiOnly ? 19 : 23;
         for (;;) {
-            WCHAR c;
-            switch (Pick(0, 4)) {
-            case 0:
-                c = static_cast<WCHAR>(kAwkward[Pick(0, 13)]);
-                break;
-            case 1:
-                c = static_cast<WCHAR>(kLatin[Pick(0, 6)]);
-                break;
-            case 2:
-                c = m_ansiOnly ? static_cast<WCHAR>('a' + Pick(0, 25)) : static_cast<WCHAR>(kWide[Pick(0, 3)]);
-                break;
-            default:
-                c = static_cast<WCHAR>('a' + Pick(0, 25));
-                break;
-            }
+            const WCHAR c = static_cast<WCHAR>(Pick(0, 4) == 0 ? 'a' + Pick(0, 25) : kChars[Pick(0, last)]);
             if (!(forKeyName && c == '\\'))
                 return c;
         }
@@ -126,13 +113,6 @@ private:
     DWORD m_type = REG_NONE;
 };
 
-bool Export(const CString& file, bool unicode, const CString& path)
-{
-    CRegExporter exporter;
-    bool result = false;
-    return exporter.Start(file, false, unicode, HKEY_CURRENT_USER, path) && exporter.GetResult(result) && result;
-}
-
 bool Import(const CString& file, CString& error)
 {
     CRegImporter importer;
@@ -151,11 +131,11 @@ TEST(RoundTrip, ExportImportExportGivesTheSameBytes)
             SCOPED_TRACE(testing::Message() << "seed " << seed << (unicode ? " version 5" : " version 4"));
             ASSERT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, tree));
             CRandomRegistry(seed, !unicode).Fill(HKEY_CURRENT_USER, tree, 3);
-            ASSERT_TRUE(Export(first.Path(), unicode, tree));
+            ASSERT_TRUE(ExportKey(first.Path(), unicode, tree));
             ASSERT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, tree));
             CString error;
             ASSERT_TRUE(Import(first.Path(), error)) << ToUtf8(error);
-            ASSERT_TRUE(Export(second.Path(), unicode, tree));
+            ASSERT_TRUE(ExportKey(second.Path(), unicode, tree));
             ASSERT_EQ(first.Bytes(), second.Bytes());
         }
     }

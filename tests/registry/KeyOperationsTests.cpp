@@ -1,43 +1,17 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 
 #include "framework/Text.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
 
 namespace {
-
-// A key's class, values and subtree (subkeys in name order) as text, without
-// the key's own name, so that a copy compares equal to its source.
-std::string Snapshot(HKEY parent, const CString& path, const std::string& indent = "")
-{
-    CShdRegKey key;
-    if (!key.Open(parent, path))
-        return "(missing)";
-    CString text;
-    key.GetClass(text);
-    std::string result = "class=" + ToUtf8(text) + "\n";
-    CShdBinaryBuffer data;
-    DWORD type = 0;
-    for (DWORD index = 0; key.EnumValue(index, text, type, data); ++index) {
-        result += indent + ToUtf8(text) + " type=" + std::to_string(type) + ":";
-        for (size_t i = 0; i < data.GetSize(); ++i)
-            result += " " + std::to_string(data.GetData()[i]);
-        result += "\n";
-    }
-    std::set<std::string> children;
-    for (DWORD index = 0; key.EnumSubkey(index, text); ++index)
-        children.insert(indent + "[" + ToUtf8(text) + "] " + Snapshot(key.GetHandle(), text, indent + "  "));
-    for (const std::string& child : children)
-        result += child;
-    return result;
-}
 
 class KeyOperationsTest : public testing::Test {
 protected:
@@ -56,12 +30,10 @@ protected:
 
     void Write(const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data)
     {
-        CShdRegKey key(true);
-        ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path(keyPath), nullptr));
-        ASSERT_TRUE(key.WriteValue(W(name), type, data.data(), static_cast<DWORD>(data.size())));
+        WriteTestValue(HKEY_CURRENT_USER, Path(keyPath), W(name), type, data);
     }
     CString Path(const char* below) const { return ChildKeyPath(m_scratch.Path(), W(below)); }
-    std::string SnapshotOf(const char* below) const { return Snapshot(HKEY_CURRENT_USER, Path(below)); }
+    std::string SnapshotOf(const char* below) const { return DumpTree(HKEY_CURRENT_USER, Path(below)); }
 
     CFaultInjectingPlatform m_faults;
     CScopedPlatform m_scoped;
@@ -71,7 +43,7 @@ protected:
 TEST_F(KeyOperationsTest, CopyKeyTreeCopiesEverythingOrReportsWhatItMissed)
 {
     const std::string source = SnapshotOf("Source");
-    EXPECT_NE(source.find("[Classy] class=myclass"), std::string::npos);
+    EXPECT_NE(source.find("\nClassy (myclass)\n"), std::string::npos);
     EXPECT_TRUE(CopyKeyTree(HKEY_CURRENT_USER, Path("Source"), HKEY_CURRENT_USER, Path("Copy")));
     EXPECT_EQ(SnapshotOf("Copy"), source);
 
@@ -101,8 +73,7 @@ TEST_F(KeyOperationsTest, DeleteKeyTreeRemovesWhatItCan)
     m_faults.FailOpen(TEXT("Second"));
     EXPECT_FALSE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source")));
     m_faults.Clear();
-    EXPECT_EQ(SnapshotOf("Source"),
-              "class=\n[Second] class=\n  x type=4660: 2\n  [Third] class=\n    v type=4: 1 0 0 0\n");
+    EXPECT_EQ(SnapshotOf("Source"), ".\nSecond\n  \"x\" 1234: 02\nSecond\\Third\n  \"v\" 4: 01 00 00 00\n");
     EXPECT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, Path("Source")));
     EXPECT_EQ(SnapshotOf("Source"), "(missing)");
 }

@@ -20,7 +20,7 @@ std::string Loaded()
 
 void Write(const char* name, DWORD type, const std::vector<BYTE>& data)
 {
-    WriteRaw(HKEY_LOCAL_MACHINE, kBookmarksKeyPath, W(name), type, data);
+    WriteTestValue(HKEY_LOCAL_MACHINE, kBookmarksKeyPath, W(name), type, data);
 }
 
 using BookmarksTest = ProgramKeyTest;

@@ -11,12 +11,12 @@ namespace {
 
 void SetDefault(const char* path, const char* text)
 {
-    WriteRaw(HKEY_CLASSES_ROOT, W(path), W(""), REG_SZ, Utf16Bytes(W(text), true));
+    WriteTestValue(HKEY_CLASSES_ROOT, W(path), W(""), REG_SZ, Utf16Bytes(W(text), true));
 }
 
 void SetInstallDir(DWORD type, const char* directory)
 {
-    WriteRaw(HKEY_LOCAL_MACHINE, kProgramKeyPath, W("InstallDir"), type, Utf16Bytes(W(directory), true));
+    WriteTestValue(HKEY_LOCAL_MACHINE, kProgramKeyPath, W("InstallDir"), type, Utf16Bytes(W(directory), true));
 }
 
 std::string Association()

@@ -62,10 +62,3 @@ std::string DescribeTree(HKEY root, LPCWSTR path)
         text += line + "\n";
     return text;
 }
-
-void WriteRaw(HKEY root, LPCWSTR path, const CString& name, DWORD type, const std::vector<BYTE>& data)
-{
-    CShdRegKey key;
-    ASSERT_TRUE(key.Create(root, path, nullptr));
-    ASSERT_TRUE(key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
-}

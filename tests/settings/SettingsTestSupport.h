@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/FaultInjectingPlatform.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 
 // A fixed key of the registry the tests run on (the program's own key, the
@@ -29,9 +30,6 @@ private:
 // name order: "#n" for a four-byte DWORD, the text for REG_SZ, "type n"
 // otherwise.
 std::string DescribeTree(HKEY root, LPCWSTR path);
-
-// Writes raw bytes, creating the key.
-void WriteRaw(HKEY root, LPCWSTR path, const CString& name, DWORD type, const std::vector<BYTE>& data);
 
 // Tests of the program's own key, with failures to inject.
 class ProgramKeyTest : public testing::Test {

@@ -31,7 +31,7 @@ std::string Loaded()
 
 void Write(const char* name, DWORD type, const std::vector<BYTE>& data)
 {
-    WriteRaw(HKEY_LOCAL_MACHINE, kSettingsKeyPath, W(name), type, data);
+    WriteTestValue(HKEY_LOCAL_MACHINE, kSettingsKeyPath, W(name), type, data);
 }
 
 using SettingsTest = ProgramKeyTest;

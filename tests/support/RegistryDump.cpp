@@ -1,5 +1,7 @@
 #include "tests/support/RegistryDump.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -19,9 +21,12 @@ void DumpKey(HKEY parent, const CString& path, const CString& shownName, std::st
     CShdRegKey key;
     if (!key.Open(parent, path))
         return;
-    out += ToUtf8(shownName) + "\n";
-    std::vector<CString> names;
     CString name;
+    out += ToUtf8(shownName);
+    if (key.GetClass(name) && !name.IsEmpty())
+        out += " (" + ToUtf8(name) + ")";
+    out += "\n";
+    std::vector<CString> names;
     DWORD type = 0;
     for (DWORD index = 0; key.EnumValueName(index, name, type); ++index)
         names.push_back(name);
@@ -49,4 +54,12 @@ std::string DumpTree(HKEY root, LPCWSTR path)
     std::string out;
     DumpKey(root, path, TEXT("."), out);
     return out.empty() ? "(missing)" : out;
+}
+
+void WriteTestValue(HKEY parent, const CString& path, const CString& name, DWORD type,
+                    const std::vector<BYTE>& data)
+{
+    CShdRegKey key;
+    ASSERT_TRUE(key.Create(parent, path, nullptr));
+    ASSERT_TRUE(key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
 }
