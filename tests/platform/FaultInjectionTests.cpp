@@ -32,28 +32,4 @@ TEST(FaultInjection, FailsChosenRegistryCallsAndCountsThem)
     EXPECT_EQ(faults.RegSetValueExW(scratch.Handle(), W("b"), REG_DWORD, data, 4), ERROR_SUCCESS);
 }
 
-TEST(FaultInjection, CutsFileWritesShortAndRefusesThreads)
-{
-    CFaultInjectingPlatform faults;
-    const CString path = W("fault-injection-test.bin");
-    HANDLE file = faults.CreateFileW(path, GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    faults.LimitFileWrites(5);
-    DWORD written = 0;
-    EXPECT_TRUE(faults.WriteFile(file, "abc", 3, &written));
-    EXPECT_EQ(written, 3u);
-    EXPECT_TRUE(faults.WriteFile(file, "defg", 4, &written));
-    EXPECT_EQ(written, 2u);
-    EXPECT_TRUE(faults.WriteFile(file, "h", 1, &written));
-    EXPECT_EQ(written, 0u);
-    faults.CloseHandle(file);
-    file = faults.CreateFileW(path, GENERIC_READ, 0, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(faults.GetFileSize(file), 5u);
-    faults.CloseHandle(file);
-    faults.DeleteFileW(path);
-
-    faults.FailThreadCreation();
-    EXPECT_EQ(faults.CreateThread(32768, [](void*) -> DWORD { return 0; }, nullptr), nullptr);
-}
-
 }  // namespace

@@ -44,12 +44,16 @@ protected:
         return data;
     }
 
-    std::vector<CString> SubkeyNames(HKEY key)
+    // The names in the order of enumeration: of the subkeys, or of the values.
+    std::vector<CString> Names(HKEY key, bool values = false)
     {
         std::vector<CString> names;
         WCHAR name[300];
         DWORD length = 300;
-        for (DWORD index = 0; m_platform.RegEnumKeyExW(key, index, name, &length) == ERROR_SUCCESS; ++index) {
+        while ((values ? m_platform.RegEnumValueW(key, static_cast<DWORD>(names.size()), name, &length, nullptr,
+                                                  nullptr, nullptr)
+                       : m_platform.RegEnumKeyExW(key, static_cast<DWORD>(names.size()), name, &length)) ==
+               ERROR_SUCCESS) {
             names.push_back(CString(name, length));
             length = 300;
         }
@@ -75,15 +79,15 @@ TEST_F(RegistryConformance, KeysAreFoundWithoutRegardToCaseAndKeepTheirCase)
     EXPECT_EQ(m_platform.RegOpenKeyExW(m_key, W("mixed\\ÄRGER"), 0, 0, &opened), ERROR_SUCCESS);
     m_platform.RegCloseKey(opened);
     EXPECT_EQ(m_platform.RegOpenKeyExW(m_key, W("Mixed\\Nope"), 0, 0, &opened), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(SubkeyNames(m_key), std::vector<CString>{W("Mixed")});
+    EXPECT_EQ(Names(m_key), std::vector<CString>{W("Mixed")});
 
     // An empty path opens the parent itself; so does a trailing backslash.
     HKEY self = nullptr;
     ASSERT_EQ(m_platform.RegOpenKeyExW(m_key, W(""), 0, 0, &self), ERROR_SUCCESS);
-    EXPECT_EQ(SubkeyNames(self), std::vector<CString>{W("Mixed")});
+    EXPECT_EQ(Names(self), std::vector<CString>{W("Mixed")});
     m_platform.RegCloseKey(self);
     ASSERT_EQ(m_platform.RegOpenKeyExW(m_key, W("Mixed\\"), 0, 0, &opened), ERROR_SUCCESS);
-    EXPECT_EQ(SubkeyNames(opened), std::vector<CString>{W("Ärger")});
+    EXPECT_EQ(Names(opened), std::vector<CString>{W("Ärger")});
     m_platform.RegCloseKey(opened);
 }
 
@@ -105,7 +109,7 @@ TEST_F(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
     // The order is that of the program's own comparison: "_" (0x5F) sorts
     // before letters, as if they were lower case.
     const std::vector<CString> expected = {W("_x"), W("A"), W("b"), W("B2"), W("c")};
-    EXPECT_EQ(SubkeyNames(m_key), expected);
+    EXPECT_EQ(Names(m_key), expected);
 
     WCHAR name[4];
     DWORD length = 5;
@@ -162,6 +166,9 @@ TEST_F(RegistryConformance, ValueDataThatDoesNotFitReportsItsSize)
     length = 261;
     EXPECT_EQ(m_platform.RegEnumValueW(m_key, 0, name, &length, &type, whole.data(), &size), ERROR_SUCCESS);
     EXPECT_EQ(whole, big);
+    size = 3000;
+    EXPECT_EQ(m_platform.RegQueryValueExW(m_key, W("big"), &type, whole.data(), &size), ERROR_SUCCESS)
+        << "data that exactly fills the buffer fits";
 
     EXPECT_EQ(m_platform.RegQueryValueExW(m_key, W("missing"), &type, nullptr, &size), ERROR_FILE_NOT_FOUND);
     length = 261;
@@ -219,17 +226,8 @@ TEST_F(RegistryConformance, ValueNamesIgnoreCaseAndKeepTheirFirstSpelling)
 
     // Values enumerate in name order too. (So does Wine; desktop Windows
     // keeps the order of writing. The program sorts wherever order shows.)
-    WCHAR name[300];
-    std::vector<CString> names;
-    DWORD length = 300;
-    for (DWORD index = 0; m_platform.RegEnumValueW(m_key, index, name, &length, nullptr, nullptr, nullptr) ==
-                          ERROR_SUCCESS;
-         ++index) {
-        names.push_back(CString(name, length));
-        length = 300;
-    }
     const std::vector<CString> expected = {W(""), W("second"), W("Ärger")};
-    EXPECT_EQ(names, expected);
+    EXPECT_EQ(Names(m_key, true), expected);
 
     EXPECT_EQ(m_platform.RegDeleteValueW(m_key, W("äRGER")), ERROR_SUCCESS);
     EXPECT_EQ(m_platform.RegDeleteValueW(m_key, W("Ärger")), ERROR_FILE_NOT_FOUND);
@@ -289,7 +287,7 @@ TEST_F(RegistryConformance, KeysWithSubkeysRefuseDeletion)
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("parent\\CHILD")), ERROR_SUCCESS);
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("Parent\\Child")), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("Parent")), ERROR_SUCCESS);
-    EXPECT_TRUE(SubkeyNames(m_key).empty());
+    EXPECT_TRUE(Names(m_key).empty());
 }
 
 TEST_F(RegistryConformance, HandleOfADeletedKeyAnswersKeyDeleted)
