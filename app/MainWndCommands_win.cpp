@@ -3,6 +3,7 @@
 
 #include "app/AboutDlg_win.h"
 #include "framework/WindowHelpers.h"
+#include "regfile/FileJobs_win.h"
 #include "registry/KeyPath.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
@@ -10,6 +11,8 @@
 
 void CMainWnd::OnCommand(UINT command)
 {
+    HKEY root = nullptr;
+    CString path;
     switch (command) {
     case IDM_ABOUT:
         ShowAbout();
@@ -21,6 +24,20 @@ void CMainWnd::OnCommand(UINT command)
     case IDM_KEY_COPY_NAME:
         CopyKeyName();
         break;
+    case IDM_EXPORT: {
+        const HWND focus = GetFocus() == m_tree ? m_tree : m_list;
+        GetSelectedKey(root, path);
+        ExportCommand(GetHwnd(), root, path);
+        SetFocus(focus);
+        break;
+    }
+    case IDM_IMPORT: {
+        const HWND focus = GetFocus() == m_tree ? m_tree : m_list;
+        ImportCommand(GetHwnd());
+        RefreshValueList();
+        SetFocus(focus);
+        break;
+    }
     case IDM_VALUE_REFRESH:
     case IDM_KEY_REFRESH:
     case IDM_REGISTRY_REFRESH:

@@ -4,6 +4,7 @@
 #include "framework/DpiScale.h"
 #include "framework/MessageBox.h"
 #include "framework/WindowHelpers.h"
+#include "regfile/FileJobs_win.h"
 
 namespace {
 
@@ -17,9 +18,11 @@ public:
 
 protected:
     int ShowMessage(LPCWSTR text, UINT flags) override { return ::ShowMessage(m_owner, text, flags); }
-    // The import and export jobs take these over when they arrive.
-    void RunImportJob(const CString&) override {}
-    void RunExportJob(const CString&, HKEY, const CString&) override {}
+    void RunImportJob(const CString& path) override { ::RunImportJob(m_owner, path); }
+    void RunExportJob(const CString& file, HKEY root, const CString& subkeyPath) override
+    {
+        ::RunExportJob(m_owner, file, true, root, subkeyPath, true);
+    }
 
 private:
     HWND m_owner;
