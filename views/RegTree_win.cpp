@@ -193,19 +193,37 @@ void CRegTree::DeleteChildren(HTREEITEM item)
     }
 }
 
+CRegTree::ESubkeys CRegTree::ProbeSubkeys(HKEY root, LPCWSTR path)
+{
+    CShdRegKey key;
+    if (!key.Open(root, path))
+        return kUnknown;
+    return key.SubkeyCount() > 0 ? kSomeSubkeys : kNoSubkeys;
+}
+
 void CRegTree::AddPlaceholder(HTREEITEM item)
 {
-    if (IsFilled(item))
-        return;
     HKEY root = nullptr;
     CString path;
-    CShdRegKey key;
-    if (!GetItemKey(item, root, path) || !key.Open(root, path))
+    if (IsFilled(item) || !GetItemKey(item, root, path))
         return;
-    if (key.SubkeyCount() > 0)
+    const ESubkeys subkeys = ProbeSubkeys(root, path);
+    if (subkeys == kSomeSubkeys)
         InsertItem(item, TVI_LAST, L"(not filled yet)", 0);
-    else
+    else if (subkeys == kNoSubkeys)
         SetFilled(item, true);
+}
+
+HTREEITEM CRegTree::InsertKeyItem(HTREEITEM parent, HTREEITEM after, LPCWSTR name, HKEY root, LPCWSTR path)
+{
+    // Probed before the insertion, so that a key without subkeys is inserted
+    // filled at once: changing an item afterwards costs the tree view more
+    // than the registry calls.
+    const ESubkeys subkeys = ProbeSubkeys(root, path);
+    const HTREEITEM item = InsertItem(parent, after, name, subkeys == kNoSubkeys ? kFilled : 0);
+    if (item != nullptr && subkeys == kSomeSubkeys)
+        InsertItem(item, TVI_LAST, L"(not filled yet)", 0);
+    return item;
 }
 
 void CRegTree::FillChildren(HTREEITEM item)
@@ -219,22 +237,16 @@ void CRegTree::FillChildren(HTREEITEM item)
     std::vector<CString> names;
     ReadSortedSubkeyNames(key, names);
     key.Close();
-    for (const CString& name : names) {
-        const HTREEITEM child = InsertItem(item, TVI_LAST, name, 0);
-        if (child != nullptr)
-            AddPlaceholder(child);
-    }
+    for (const CString& name : names)
+        InsertKeyItem(item, TVI_LAST, name, root, ChildKeyPath(path, name));
     SetFilled(item, true);
 }
 
 void CRegTree::FillRoots()
 {
     DeleteChildren(m_topItem);
-    for (HKEY root : kRoots) {
-        const HTREEITEM item = InsertItem(m_topItem, TVI_LAST, RootLongName(root), 0);
-        if (item != nullptr)
-            AddPlaceholder(item);
-    }
+    for (HKEY root : kRoots)
+        InsertKeyItem(m_topItem, TVI_LAST, RootLongName(root), root, TEXT(""));
     SetFilled(m_topItem, true);
 }
 
@@ -312,14 +324,9 @@ HTREEITEM CRegTree::FindOrInsertChild(HTREEITEM parent, HKEY root, LPCWSTR name,
             after = child;
     }
     // A key created after its parent was loaded: shown in its sorted place.
-    CShdRegKey key;
-    if (!key.Open(root, path))
+    if (ProbeSubkeys(root, path) == kUnknown)
         return nullptr;
-    key.Close();
-    const HTREEITEM item = InsertItem(parent, after, name, 0);
-    if (item != nullptr)
-        AddPlaceholder(item);
-    return item;
+    return InsertKeyItem(parent, after, name, root, path);
 }
 
 bool CRegTree::NavigateTo(HKEY root, LPCWSTR path)
@@ -425,11 +432,10 @@ void CRegTree::RefreshItem(HTREEITEM item)
         for (; next < end; ++next) {
             if (SortedNamesContain(present, names[next]))
                 continue;
-            const HTREEITEM inserted = InsertItem(item, insertAfter, names[next], 0);
-            if (inserted != nullptr) {
-                AddPlaceholder(inserted);
+            const HTREEITEM inserted =
+                InsertKeyItem(item, insertAfter, names[next], root, ChildKeyPath(path, names[next]));
+            if (inserted != nullptr)
                 insertAfter = inserted;
-            }
         }
     };
     CShdRegKey childKey;

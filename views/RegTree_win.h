@@ -80,7 +80,14 @@ private:
     void SetCutState(HTREEITEM item, bool cut);
     HTREEITEM InsertItem(HTREEITEM parent, HTREEITEM after, LPCWSTR label, LPARAM data);
     void DeleteChildren(HTREEITEM item);
+    enum ESubkeys { kUnknown, kNoSubkeys, kSomeSubkeys };
+    // Whether a key has subkeys; kUnknown when it cannot be opened.
+    static ESubkeys ProbeSubkeys(HKEY root, LPCWSTR path);
+    // Gives an unfilled item the placeholder child if its key has subkeys,
+    // or marks it filled if it has none.
     void AddPlaceholder(HTREEITEM item);
+    // Inserts a key's item as AddPlaceholder would leave it.
+    HTREEITEM InsertKeyItem(HTREEITEM parent, HTREEITEM after, LPCWSTR name, HKEY root, LPCWSTR path);
     void FillChildren(HTREEITEM item);
     void FillRoots();
     void RefreshItem(HTREEITEM item);

@@ -42,7 +42,8 @@ bool CValueList::ReadRowName(int row, CString& name) const
     item.iSubItem = 0;
     item.pszText = name.GetBuffer(capacity);
     item.cchTextMax = static_cast<int>(capacity);
-    const LRESULT length = SendMessageW(m_list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    const LRESULT length =
+        SendMessageW(m_list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
     name.ReleaseBuffer(length < 0 ? 0 : static_cast<int>(length));
     // Rows exist only while their names do, so an empty read of a row that
     // is there is the default value's name.
@@ -95,7 +96,8 @@ void CValueList::Fill(HTREEITEM treeItem, bool keepSelection, LPCWSTR nameToSele
         item.iItem = index;
         item.pszText = const_cast<LPWSTR>(row.name.GetString());
         item.iImage = row.image;
-        const int inserted = static_cast<int>(SendMessageW(m_list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+        const int inserted =
+            static_cast<int>(SendMessageW(m_list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
         if (inserted < 0)
             continue;
         LVITEMW data = {};

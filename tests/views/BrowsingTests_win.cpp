@@ -48,8 +48,9 @@ public:
             SendMessageW(list, LVM_INSERTCOLUMNW, column, reinterpret_cast<LPARAM>(&lvc));
         }
         const bool large = ScreenDpiY() >= 192;
-        const HIMAGELIST images = ImageList_LoadImageW(TestInstance(), MAKEINTRESOURCEW(large ? IDB_VALUES_32 : IDB_VALUES_16),
-                                                       large ? 32 : 16, 0, RGB(255, 0, 255), IMAGE_BITMAP, 0);
+        const HIMAGELIST images =
+            ImageList_LoadImageW(TestInstance(), MAKEINTRESOURCEW(large ? IDB_VALUES_32 : IDB_VALUES_16),
+                                 large ? 32 : 16, 0, RGB(255, 0, 255), IMAGE_BITMAP, 0);
         SendMessageW(list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(images));
         m_values.Attach(list, &m_tree, GetHwnd());
     }
@@ -191,7 +192,8 @@ TEST_F(BrowsingTest, OnlyKeysBelowARootCanBeRenamedAndCutMarksFollowTheKey)
     for (HTREEITEM refused : {m_host.m_tree.GetTopItem(), rootItem})
         EXPECT_EQ(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(refused)), 0);
 
-    const HWND edit = reinterpret_cast<HWND>(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Item(TEXT("old")))));
+    const HWND edit =
+        reinterpret_cast<HWND>(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Item(TEXT("old")))));
     ASSERT_NE(edit, nullptr);
     SetWindowTextW(edit, L"new");
     SendMessageW(Tree(), TVM_ENDEDITLABELNOW, FALSE, 0);
