@@ -32,17 +32,21 @@ void CMainWnd::OnCommand(UINT command)
         break;
     }
     case IDM_IMPORT: {
+        // The import refreshes the views itself when it has run.
         const HWND focus = GetFocus() == m_tree ? m_tree : m_list;
         ImportCommand(GetHwnd());
-        RefreshValueList();
         SetFocus(focus);
         break;
     }
     case IDM_VALUE_REFRESH:
+        FillValueList(true, nullptr);
+        break;
     case IDM_KEY_REFRESH:
+        RefreshTree(true);
+        break;
     case IDM_REGISTRY_REFRESH:
     case IDM_REFRESH_KEY:
-        RefreshValueList();
+        RefreshTree(false);
         break;
     case IDM_TAB:
     case IDM_TAB_KEY:
@@ -150,14 +154,6 @@ void CMainWnd::ShowAbout()
 {
     CAboutDlg about;
     about.DoModal(m_instance, IDD_ABOUT, GetHwnd(), 0);
-}
-
-void CMainWnd::RefreshValueList()
-{
-    HKEY root = nullptr;
-    CString path;
-    GetSelectedKey(root, path);
-    FillValueList(root, path);
 }
 
 void CMainWnd::RestorePosition()

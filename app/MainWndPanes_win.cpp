@@ -1,11 +1,8 @@
-// The tree and the value list of the main window. Until the registry tree
-// and the value list have their own classes, the tree shows "Registry" with
-// the four roots and the list stays empty; everything that depends on how
-// the panes are made is in this file.
+// The tree and the value list of the main window: everything that depends
+// on how the panes are made is in this file.
 #include "app/MainWnd_win.h"
 
 #include "framework/DpiScale.h"
-#include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 
 namespace {
@@ -15,20 +12,8 @@ const DWORD kListStyle = 0x5001020D;
 const DWORD kListExtendedStyle = 0x60;
 const WPARAM kCommonControlsVersion = 0x20C;
 const COLORREF kTransparent = RGB(0xFF, 0x00, 0xFF);
-const HKEY kRoots[] = {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE, HKEY_USERS};
 // The list's edit box sends this to the list on the handheld; answered 1.
 const int kListChildNotification = -50;
-
-HTREEITEM InsertTreeItem(HWND tree, HTREEITEM parent, LPCWSTR text, LPARAM data)
-{
-    TVINSERTSTRUCTW insert = {};
-    insert.hParent = parent;
-    insert.hInsertAfter = TVI_LAST;
-    insert.item.mask = TVIF_TEXT | TVIF_PARAM;
-    insert.item.pszText = const_cast<LPWSTR>(text);
-    insert.item.lParam = data;
-    return reinterpret_cast<HTREEITEM>(SendMessageW(tree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-}
 
 void InsertColumn(HWND list, int index, LPCWSTR text, int width)
 {
@@ -44,15 +29,10 @@ void InsertColumn(HWND list, int index, LPCWSTR text, int width)
 
 bool CMainWnd::CreateTree(int x, int y, int width, int height)
 {
-    m_tree = CreateWindowExW(0, WC_TREEVIEWW, L"", kTreeStyle, x, y, width, height, GetHwnd(),
-                             reinterpret_cast<HMENU>(static_cast<UINT_PTR>(kTreeId)), m_instance, nullptr);
-    if (m_tree == nullptr)
+    if (!m_regTree.Create(kTreeStyle, RECT{x, y, x + width, y + height}, GetHwnd(), kTreeId))
         return false;
+    m_tree = m_regTree.GetHwnd();
     SendMessageW(m_tree, CCM_SETVERSION, kCommonControlsVersion, 0);
-    const HTREEITEM top = InsertTreeItem(m_tree, TVI_ROOT, L"Registry", 0);
-    for (const HKEY root : kRoots)
-        InsertTreeItem(m_tree, top, RootLongName(root), static_cast<LPARAM>(RootValueFromKey(root)));
-    SendMessageW(m_tree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(top));
     return true;
 }
 
@@ -71,6 +51,7 @@ bool CMainWnd::CreateValueList(int x, int y, int width, int height)
                                         highResolution ? 32 : 16, 0, kTransparent, IMAGE_BITMAP, 0);
     if (m_listImages != nullptr)
         SendMessageW(m_list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(m_listImages));
+    m_values.Attach(m_list, &m_regTree, GetHwnd());
     return true;
 }
 
@@ -85,82 +66,33 @@ void CMainWnd::ReleasePanes()
 
 bool CMainWnd::GetSelectedKey(HKEY& root, CString& path) const
 {
-    root = nullptr;
-    path.Empty();
-    if (m_tree == nullptr)
-        return false;
-    const HTREEITEM item = reinterpret_cast<HTREEITEM>(SendMessageW(m_tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
-    if (item == nullptr)
-        return false;
-    TVITEMW data = {};
-    data.mask = TVIF_PARAM;
-    data.hItem = item;
-    if (!SendMessageW(m_tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&data)) || data.lParam == 0)
-        return false;
-    root = RootKeyFromValue(static_cast<DWORD>(data.lParam));
-    return true;
+    return m_regTree.GetSelectedKey(root, path);
 }
 
 bool CMainWnd::GetSelectedValue(CString& name) const
 {
-    name.Empty();
-    if (m_list == nullptr)
-        return false;
-    const int index = static_cast<int>(SendMessageW(m_list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
-    if (index < 0)
-        return false;
-    const int capacity = 1024;
-    LVITEMW item = {};
-    item.iSubItem = 0;
-    item.cchTextMax = capacity;
-    item.pszText = name.GetBuffer(capacity);
-    SendMessageW(m_list, LVM_GETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item));
-    name.ReleaseBuffer();
-    return true;
+    return m_values.GetSelectedValue(name);
 }
 
 bool CMainWnd::SelectValueByName(LPCWSTR name)
 {
-    if (m_list == nullptr)
-        return false;
-    LVFINDINFOW find = {};
-    find.flags = LVFI_STRING;
-    find.psz = name;
-    const int index =
-        static_cast<int>(SendMessageW(m_list, LVM_FINDITEMW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&find)));
-    if (index < 0)
-        return false;
-    LVITEMW state = {};
-    state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    state.state = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageW(m_list, LVM_SETITEMSTATE, index, reinterpret_cast<LPARAM>(&state));
-    SendMessageW(m_list, LVM_ENSUREVISIBLE, index, FALSE);
-    return true;
+    return m_values.SelectValueByName(name);
 }
 
 bool CMainWnd::NavigateTo(HKEY root, LPCWSTR path)
 {
-    if (m_tree == nullptr || root == nullptr || (path != nullptr && path[0] != 0))
-        return false;
-    const HTREEITEM top = reinterpret_cast<HTREEITEM>(SendMessageW(m_tree, TVM_GETNEXTITEM, TVGN_ROOT, 0));
-    HTREEITEM item = reinterpret_cast<HTREEITEM>(
-        SendMessageW(m_tree, TVM_GETNEXTITEM, TVGN_CHILD, reinterpret_cast<LPARAM>(top)));
-    for (; item != nullptr; item = reinterpret_cast<HTREEITEM>(SendMessageW(m_tree, TVM_GETNEXTITEM, TVGN_NEXT,
-                                                                              reinterpret_cast<LPARAM>(item)))) {
-        TVITEMW data = {};
-        data.mask = TVIF_PARAM;
-        data.hItem = item;
-        SendMessageW(m_tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&data));
-        if (RootKeyFromValue(static_cast<DWORD>(data.lParam)) == root)
-            return SendMessageW(m_tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item)) != 0;
-    }
-    return false;
+    return m_regTree.NavigateTo(root, path);
 }
 
-void CMainWnd::FillValueList(HKEY, LPCWSTR)
+void CMainWnd::FillValueList(bool keepSelection, LPCWSTR nameToSelect)
 {
-    if (m_list != nullptr)
-        SendMessageW(m_list, LVM_DELETEALLITEMS, 0, 0);
+    m_values.Fill(nullptr, keepSelection, nameToSelect);
+}
+
+void CMainWnd::RefreshTree(bool selectedBranchOnly)
+{
+    m_regTree.RefreshTree(selectedBranchOnly ? m_regTree.GetSelectedItem() : nullptr);
+    FillValueList(true, nullptr);
 }
 
 void CMainWnd::OnTreeSelectionChanged()
@@ -169,20 +101,25 @@ void CMainWnd::OnTreeSelectionChanged()
     CString path;
     GetSelectedKey(root, path);
     m_keyName.SetKey(root, path);
-    FillValueList(root, path);
+    FillValueList(false, nullptr);
 }
 
 LRESULT CMainWnd::OnNotify(const NMHDR* header)
 {
     if (header == nullptr)
         return 0;
+    LRESULT result = 0;
     if (header->hwndFrom == m_tree) {
         if (header->code == TVN_SELCHANGEDW)
             OnTreeSelectionChanged();
-        return 0;
+        // Key renames and value edits arrive with the key and value
+        // commands; until then an ended edit changes nothing.
+        m_regTree.OnNotify(header, result);
+        return result;
     }
     if (m_list != nullptr && static_cast<int>(header->code) == kListChildNotification &&
         GetParent(header->hwndFrom) == m_list)
         return 1;
-    return 0;
+    m_values.OnNotify(header, result);
+    return result;
 }

@@ -101,7 +101,7 @@ int CMainWnd::OnCreate()
     m_split.Reset();
     Layout(true);
     SetFocus(m_tree);
-    FillValueList(nullptr, L"");
+    FillValueList(false, nullptr);
     if (!m_commandLine)
         RestorePosition();
     return 0;

@@ -11,6 +11,8 @@
 #include "framework/CString.h"
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdWnd.h"
+#include "views/RegTree_win.h"
+#include "views/ValueList_win.h"
 
 // The process's module, stored once at start-up.
 HINSTANCE AppInstance();
@@ -67,7 +69,9 @@ private:
     bool CreateValueList(int x, int y, int width, int height);
     LRESULT OnNotify(const NMHDR* header);
     void OnTreeSelectionChanged();
-    void FillValueList(HKEY root, LPCWSTR path);
+    void FillValueList(bool keepSelection, LPCWSTR nameToSelect);
+    // The whole tree, or the selected key's branch, merged with the registry.
+    void RefreshTree(bool selectedBranchOnly);
     bool NavigateTo(HKEY root, LPCWSTR path);
     void ReleasePanes();
 
@@ -78,7 +82,6 @@ private:
     void MoveFocus(bool forward);
     void CopyKeyName();
     void ShowAbout();
-    void RefreshValueList();
     void RestorePosition();
     void SavePosition();
 
@@ -88,6 +91,8 @@ private:
     HINSTANCE m_instance = nullptr;
     HWND m_softKeyBar = nullptr;
     SHACTIVATEINFO m_activateInfo = {};
+    CRegTree m_regTree;
+    CValueList m_values;
     HWND m_tree = nullptr;
     HWND m_list = nullptr;
     HIMAGELIST m_listImages = nullptr;
