@@ -6,7 +6,12 @@
 
 #include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
+#include "platform/FaultInjectingPlatform.h"
+#include "registry/RegKey.h"
+#include "registry/RegistryRoots.h"
 #include "resources/resource.h"
+#include "settings/Settings.h"
+#include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/UiTestSupport.h"
 
@@ -141,6 +146,59 @@ TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
     PumpMessages();
     EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5)) << "a horizontal bar ignores Left and Right";
     EXPECT_EQ(ChildRect(m_splitter).top, before + ScaleY(5));
+}
+
+}  // namespace
+
+namespace {
+
+// The last position comes back at the next start and is taken again when
+// the window goes. The settings are kept from the registry here (their key
+// cannot be opened), so only the in-memory store changes.
+TEST(MainWndPosition, LastPositionIsRestoredAtStartAndSavedAtExit)
+{
+    CFaultInjectingPlatform faults;
+    CScopedPlatform scoped(faults);
+    faults.FailOpen(TEXT("Settings"));
+    CScratchKey scratch(TEXT("Position"));
+    const CString path = scratch.Path() + TEXT("\\Deeper");
+    CShdRegKey key;
+    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, path, nullptr));
+    ASSERT_TRUE(key.WriteDword(TEXT("a"), 1));
+    ASSERT_TRUE(key.WriteDword(TEXT("b"), 2));
+    key.Close();
+    Settings().SetSavePosition(true);
+    Settings().SetLastPosition(kRootCurrentUser, path, TEXT("b"), true);
+
+    {
+        CMainWnd window;
+        ASSERT_TRUE(window.Create(TestInstance()));
+        PumpMessages();
+        HKEY root = nullptr;
+        CString selected;
+        EXPECT_TRUE(window.GetSelectedKey(root, selected));
+        EXPECT_EQ(root, HKEY_CURRENT_USER);
+        EXPECT_EQ(selected, path);
+        CString value;
+        EXPECT_TRUE(window.GetSelectedValue(value));
+        EXPECT_EQ(value, W("b"));
+
+        // Select the key's parent, then close: that is what is kept.
+        const HWND tree = GetDlgItem(window.GetHwnd(), CMainWnd::kTreeId);
+        TreeView_SelectItem(tree, TreeView_GetParent(tree, TreeView_GetSelection(tree)));
+        PumpMessages();
+        DestroyWindow(window.GetHwnd());
+        PumpMessages();
+    }
+    DWORD root = 0;
+    CString keyName;
+    CString valueName;
+    bool valueSelected = true;
+    Settings().GetLastPosition(root, keyName, valueName, valueSelected);
+    EXPECT_EQ(root, kRootCurrentUser);
+    EXPECT_EQ(keyName, scratch.Path());
+    EXPECT_FALSE(valueSelected);
+    Settings().SetLastPosition(0, TEXT(""), TEXT(""), false);
 }
 
 }  // namespace
