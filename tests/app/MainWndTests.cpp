@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include <windows.h>
 
 #include <commctrl.h>
 
 #include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
+#include "framework/HandheldShell_win.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
@@ -79,15 +82,12 @@ protected:
 TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
 {
     EXPECT_EQ(GetFocus(), m_tree) << "the tree has the focus at start";
-    const HWND forward[] = {m_splitter, m_list, m_tree};
-    for (const HWND expected : forward) {
-        Command(IDM_TAB_KEY);
-        EXPECT_EQ(GetFocus(), expected);
-    }
-    const HWND backward[] = {m_list, m_splitter, m_tree};
-    for (const HWND expected : backward) {
-        Command(IDM_BACK_TAB_KEY);
-        EXPECT_EQ(GetFocus(), expected);
+    const std::pair<UINT, HWND> steps[] = {{IDM_TAB_KEY, m_splitter},      {IDM_TAB_KEY, m_list},
+                                           {IDM_TAB_KEY, m_tree},          {IDM_BACK_TAB_KEY, m_list},
+                                           {IDM_BACK_TAB_KEY, m_splitter}, {IDM_BACK_TAB_KEY, m_tree}};
+    for (const auto& step : steps) {
+        Command(step.first);
+        EXPECT_EQ(GetFocus(), step.second);
     }
     SetFocus(m_hwnd);
     Command(IDM_TAB);
@@ -99,19 +99,15 @@ TEST_F(MainWnd, KeyCommandsFollowTheTreeSelection)
     EXPECT_FALSE(KeyItemEnabled(IDM_KEY_NEW)) << "the top item is no key";
     SelectRoot(2);
     EXPECT_TRUE(KeyItemEnabled(IDM_KEY_NEW));
-    EXPECT_TRUE(KeyItemEnabled(IDM_KEY_COPY_NAME));
     EXPECT_FALSE(KeyItemEnabled(IDM_KEY_RENAME)) << "a root key cannot be renamed";
-    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_DELETE));
-    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_PASTE_CONTEXT)) << "the clipboard is empty";
 
     Command(IDM_KEY_COPY_NAME);
     ASSERT_TRUE(OpenClipboard(m_hwnd));
-    const HANDLE data = GetClipboardData(CF_UNICODETEXT);
-    const CString copied = data != nullptr ? CString(static_cast<LPCWSTR>(GlobalLock(data))) : CString();
-    if (data != nullptr)
-        GlobalUnlock(data);
+    const HANDLE copied = GetClipboardDataAlloc(CF_UNICODETEXT);
     CloseClipboard();
-    EXPECT_EQ(copied, W("HKEY_LOCAL_MACHINE"));
+    ASSERT_NE(copied, nullptr);
+    EXPECT_EQ(CString(static_cast<LPCWSTR>(copied)), W("HKEY_LOCAL_MACHINE"));
+    LocalFree(copied);
     EXPECT_EQ(GetFocus(), m_tree) << "the focus goes back";
 }
 

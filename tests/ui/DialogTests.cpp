@@ -145,12 +145,10 @@ TEST(Dialog, AModelessDialogLivesUntilItsObjectEnds)
 TEST(Dialog, TheHeaderTakesItsDesignHeightAtAnyResolution)
 {
     CShdPpcDialogHelper helper;
-    {
-        CScopedScreenDpi dpi(96, 96);
-        EXPECT_EQ(helper.GetHeaderHeight(), 24);
+    for (const int dpi : {96, 192}) {
+        CScopedScreenDpi screen(dpi, dpi);
+        EXPECT_EQ(helper.GetHeaderHeight(), dpi / 4);
     }
-    CScopedScreenDpi dpi(192, 192);
-    EXPECT_EQ(helper.GetHeaderHeight(), 48);
 }
 
 }  // namespace

@@ -6,8 +6,6 @@
 
 namespace {
 
-CWhenReady* g_waiter = nullptr;
-
 void RemoveTree(const CString& path)
 {
     WIN32_FIND_DATAW data = {};
@@ -60,15 +58,16 @@ HWND FindDialog(LPCWSTR caption)
     return FindWindowW(L"#32770", caption);
 }
 
-std::vector<CString> ListRows(HWND list)
+std::vector<CString> ListRows(HWND list, int column)
 {
     std::vector<CString> rows;
     const int count = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
     for (int row = 0; row < count; ++row) {
-        WCHAR text[MAX_PATH] = {};
+        WCHAR text[600] = {};
         LVITEMW item = {};
+        item.iSubItem = column;
         item.pszText = text;
-        item.cchTextMax = MAX_PATH;
+        item.cchTextMax = 600;
         SendMessageW(list, LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
         rows.push_back(text);
     }
@@ -92,28 +91,6 @@ std::vector<int> ListImages(HWND list)
 int SelectedRow(HWND list)
 {
     return static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
-}
-
-CWhenReady::CWhenReady(std::function<bool()> ready, std::function<void()> action)
-    : m_ready(std::move(ready)), m_action(std::move(action))
-{
-    g_waiter = this;
-    m_timer = SetTimer(nullptr, 0, 20, OnTimer);
-}
-
-CWhenReady::~CWhenReady()
-{
-    KillTimer(nullptr, m_timer);
-    g_waiter = nullptr;
-}
-
-void CALLBACK CWhenReady::OnTimer(HWND, UINT, UINT_PTR, DWORD)
-{
-    CWhenReady* waiter = g_waiter;
-    if (waiter == nullptr || waiter->m_done || !waiter->m_ready())
-        return;
-    waiter->m_done = true;
-    waiter->m_action();
 }
 
 std::string FileBytes(const CString& path)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,29 +26,10 @@ private:
 
 // The dialog of the thread with this caption, or null.
 HWND FindDialog(LPCWSTR caption);
-// The texts and the images of a list view's rows.
-std::vector<CString> ListRows(HWND list);
+// The texts of a column of a list view's rows, and the rows' images.
+std::vector<CString> ListRows(HWND list, int column = 0);
 std::vector<int> ListImages(HWND list);
 int SelectedRow(HWND list);
-
-// Calls `action` from a thread timer as soon as `ready` holds, from inside
-// whatever loop the thread runs meanwhile.
-class CWhenReady {
-public:
-    CWhenReady(std::function<bool()> ready, std::function<void()> action);
-    ~CWhenReady();
-    CWhenReady(const CWhenReady&) = delete;
-    CWhenReady& operator=(const CWhenReady&) = delete;
-    bool Done() const { return m_done; }
-
-private:
-    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
-
-    std::function<bool()> m_ready;
-    std::function<void()> m_action;
-    bool m_done = false;
-    UINT_PTR m_timer = 0;
-};
 
 // A whole file's bytes (empty when it cannot be read), and a file written
 // with exactly these bytes.

@@ -128,6 +128,13 @@ protected:
             texts.push_back(message.text);
         return texts;
     }
+    // Exactly one message was shown, this one.
+    void ExpectOnlyMessage(const char* text, UINT flags) const
+    {
+        ASSERT_EQ(m_messages.size(), 1u) << text;
+        EXPECT_EQ(m_messages[0].text, W(text));
+        EXPECT_EQ(m_messages[0].flags, flags);
+    }
     std::string Header() const { return "\xFF\xFE" + Utf16Text("Windows Registry Editor Version 5.00\n\n"); }
     std::string KeyLine(const char* below) const
     {
@@ -136,9 +143,9 @@ protected:
     }
     // Clicks Cancel in the progress box once it shows, noting whether the
     // owner was disabled meanwhile.
-    void CancelWhenShown(std::unique_ptr<CWhenReady>& waiter)
+    void CancelWhenShown(std::unique_ptr<CModalScript>& waiter)
     {
-        waiter.reset(new CWhenReady([] { return CProgressWatch::Visible() != nullptr; },
+        waiter.reset(new CModalScript([] { return CProgressWatch::Visible() != nullptr; },
                                     [this] {
                                         const HWND box = CProgressWatch::Visible();
                                         m_progressText = CShdWnd::GetWindowTextOr(
@@ -147,16 +154,21 @@ protected:
                                         SendMessageW(box, WM_COMMAND, IDCANCEL, 0);
                                     }));
     }
-    // The file dialog takes `name`; the export options keep their presets
-    // or, with `entireRegistry`, switch to the whole registry.
+    // The file dialog takes `name`.
+    static std::function<void()> Choose(const wchar_t* name)
+    {
+        return [=] {
+            const HWND dialog = FindDialog(L"Select File");
+            ASSERT_NE(dialog, nullptr);
+            SetDlgItemTextW(dialog, IDC_FILE_NAME, name);
+            SendMessageW(dialog, WM_COMMAND, IDM_SELECT, 0);
+        };
+    }
+    // The export options then keep their presets or, with `entireRegistry`,
+    // switch to the whole registry.
     std::vector<std::function<void()>> ChooseAndConfirm(const wchar_t* name, bool entireRegistry)
     {
-        return {[=] {
-                    const HWND dialog = FindDialog(L"Select File");
-                    ASSERT_NE(dialog, nullptr);
-                    SetDlgItemTextW(dialog, IDC_FILE_NAME, name);
-                    SendMessageW(dialog, WM_COMMAND, IDM_SELECT, 0);
-                },
+        return {Choose(name),
                 [=] {
                     const HWND dialog = FindDialog(L"Export Options");
                     if (dialog == nullptr)
@@ -193,9 +205,7 @@ TEST_F(FileJobsTest, AQuickExportShowsOnlyItsResult)
     EXPECT_TRUE(script.Finished());
     EXPECT_EQ(watch.m_created, 1);
     EXPECT_EQ(watch.m_shown, 0);
-    ASSERT_EQ(m_messages.size(), 1u);
-    EXPECT_EQ(m_messages[0].text, W("Registry export finished successfully."));
-    EXPECT_EQ(m_messages[0].flags, 0x10040u);
+    ExpectOnlyMessage("Registry export finished successfully.", 0x10040);
     EXPECT_EQ(FileBytes(Out()), Header() + KeyLine("") + Utf16Text("\n") + KeyLine("\\a") +
                                     Utf16Text("\"name\"=\"value\"\n\n") + KeyLine("\\b") + Utf16Text("\n"));
     EXPECT_TRUE(IsWindowEnabled(m_owner.GetHwnd()));
@@ -228,10 +238,10 @@ TEST_F(FileJobsTest, ACancelledExportKeepsItsPartialFileOnNo)
     m_platform.m_pauseAt = L"b";
     m_answers.push_back({L"Do you want to delete file?", IDNO});
     CProgressWatch watch;
-    std::unique_ptr<CWhenReady> canceller;
+    std::unique_ptr<CModalScript> canceller;
     CancelWhenShown(canceller);
     EXPECT_FALSE(RunExportJob(m_owner.GetHwnd(), Out(), true, HKEY_CURRENT_USER, m_scratch.Path(), false));
-    EXPECT_TRUE(canceller->Done());
+    EXPECT_TRUE(canceller->Finished());
     EXPECT_EQ(watch.m_shown, 1);
     EXPECT_EQ(m_progressText, W("Export in progress..."));
     EXPECT_FALSE(m_ownerWasEnabled);
@@ -246,12 +256,11 @@ TEST_F(FileJobsTest, ACancelledExportOfTheWholeRegistryDeletesItsFileOnYes)
     m_platform.m_pauseAt = L"*";
     m_platform.m_firstParent = nullptr;
     m_answers.push_back({L"Do you want to delete file?", IDYES});
-    std::unique_ptr<CWhenReady> canceller;
+    std::unique_ptr<CModalScript> canceller;
     CancelWhenShown(canceller);
-    std::vector<std::function<void()>> steps = ChooseAndConfirm(L"out", true);
-    CModalScript script(steps);
+    CModalScript script(ChooseAndConfirm(L"out", true));
     ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
-    EXPECT_TRUE(canceller->Done());
+    EXPECT_TRUE(canceller->Finished());
     EXPECT_EQ(m_platform.m_firstParent, HKEY_CLASSES_ROOT) << "the whole registry starts at its first root";
     EXPECT_EQ(Texts(), std::vector<CString>({L"Do you want to delete file?"}));
     EXPECT_EQ(GetFileAttributesW(Out()), INVALID_FILE_ATTRIBUTES);
@@ -261,10 +270,10 @@ TEST_F(FileJobsTest, ClosingTheProgressBoxWaitsForTheJobsResult)
 {
     m_platform.m_pauseAt = L"b";
     m_platform.m_pauseLimit = 1500;
-    CWhenReady closer([] { return CProgressWatch::Visible() != nullptr; },
+    CModalScript closer([] { return CProgressWatch::Visible() != nullptr; },
                       [] { SendMessageW(CProgressWatch::Visible(), WM_CLOSE, 0, 0); });
     EXPECT_TRUE(RunExportJob(m_owner.GetHwnd(), Out(), true, HKEY_CURRENT_USER, m_scratch.Path(), true));
-    EXPECT_TRUE(closer.Done());
+    EXPECT_TRUE(closer.Finished());
     EXPECT_EQ(Texts(), std::vector<CString>({L"Registry export finished successfully."}));
 }
 
@@ -272,9 +281,7 @@ TEST_F(FileJobsTest, AnExportThatFailsSaysSo)
 {
     EXPECT_FALSE(RunExportJob(m_owner.GetHwnd(), m_folder.PathOf("missing\\out.reg"), true, HKEY_CURRENT_USER,
                               m_scratch.Path(), false));
-    ASSERT_EQ(m_messages.size(), 1u);
-    EXPECT_EQ(m_messages[0].text, W("There were errors during exporting registry file."));
-    EXPECT_EQ(m_messages[0].flags, 0x10030u);
+    ExpectOnlyMessage("There were errors during exporting registry file.", 0x10030);
 }
 
 TEST_F(FileJobsTest, ImportsReportTheirOutcomeAndRefreshTheViews)
@@ -297,9 +304,7 @@ TEST_F(FileJobsTest, ImportsReportTheirOutcomeAndRefreshTheViews)
         m_owner.m_commands.clear();
         ASSERT_TRUE(WriteFileBytes(Out(), "\xFF\xFE" + Utf16Text(c.text)));
         EXPECT_EQ(RunImportJob(m_owner.GetHwnd(), Out()), c.flags == 0x10040);
-        ASSERT_EQ(m_messages.size(), 1u);
-        EXPECT_EQ(m_messages[0].text, W(c.message));
-        EXPECT_EQ(m_messages[0].flags, c.flags);
+        ExpectOnlyMessage(c.message, c.flags);
         EXPECT_EQ(m_owner.m_commands, std::vector<WPARAM>({IDM_REGISTRY_REFRESH}));
         CShdRegKey key;
         ASSERT_TRUE(key.Open(m_scratch.Handle(), L"new"));
@@ -309,30 +314,22 @@ TEST_F(FileJobsTest, ImportsReportTheirOutcomeAndRefreshTheViews)
 
 TEST_F(FileJobsTest, TheImportCommandChecksTheFileAndAsksFirst)
 {
-    const auto choose = [this](const wchar_t* name) {
-        return std::vector<std::function<void()>>({[=] {
-            const HWND dialog = FindDialog(L"Select File");
-            ASSERT_NE(dialog, nullptr);
-            SetDlgItemTextW(dialog, IDC_FILE_NAME, name);
-            SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-        }});
-    };
     {
-        CModalScript script(choose(L"none"));
+        CModalScript script({Choose(L"none")});
         ImportCommand(m_owner.GetHwnd());
     }
     ASSERT_TRUE(WriteFileBytes(Out(), "\xFF\xFE" + Utf16Text("Windows Registry Editor Version 5.00\n\n"
                                                              "[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs\\c]\n")));
     m_answers.push_back({L"Do you want to import registry file?", IDNO});
     {
-        CModalScript script(choose(L"out"));
+        CModalScript script({Choose(L"out")});
         ImportCommand(m_owner.GetHwnd());
     }
     CShdRegKey key;
     EXPECT_FALSE(key.Open(m_scratch.Handle(), L"c"));
     m_answers.push_back({L"Do you want to import registry file?", IDYES});
     {
-        CModalScript script(choose(L"out.reg"));
+        CModalScript script({Choose(L"out.reg")});
         ImportCommand(m_owner.GetHwnd());
     }
     EXPECT_TRUE(key.Open(m_scratch.Handle(), L"c"));

@@ -38,8 +38,7 @@ protected:
         CModalScript script(std::move(steps));
         CSelectFileDlg dialog;
         m_path = start;
-        const bool chosen = dialog.DoModal(m_owner.GetHwnd(), m_path);
-        return chosen;
+        return dialog.DoModal(m_owner.GetHwnd(), m_path);
     }
 
     CTestFrame m_owner;

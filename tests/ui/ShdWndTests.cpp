@@ -56,52 +56,30 @@ TEST(ShdWnd, AWindowCanBeCreatedDestroyedAndCreatedAgain)
     EXPECT_EQ(SendMessageW(object.GetHwnd(), kPing, 0, 0), 42);
 }
 
-TEST(ShdWnd, TheDestructorDestroysTheWindow)
+// Classes without extra bytes keep the object in word zero; classes with
+// extra bytes leave those to the window's own code and use a property.
+TEST(ShdWnd, TheObjectIsFoundWhereItsClassKeepsIt)
 {
-    HWND window = nullptr;
-    {
-        CRecordingWnd object;
-        ASSERT_TRUE(CreatePopup(object, nullptr, L""));
-        window = object.GetHwnd();
+    const struct {
+        LPCWSTR name;
+        int extraBytes;
+        bool inProperty;
+    } cases[] = {{L"QuendaTest.Word", 0, false}, {L"QuendaTest.Property", 16, true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.extraBytes);
+        CShdWnd::CClass windowClass;
+        ASSERT_TRUE(windowClass.Register(c.name, c.extraBytes, nullptr));
+        HWND window = nullptr;
+        {
+            CRecordingWnd object;
+            ASSERT_TRUE(CreatePopup(object, &windowClass, L""));
+            window = object.GetHwnd();
+            EXPECT_EQ(CShdWnd::FromHandle(window), c.inProperty ? &object : nullptr);
+            EXPECT_EQ(GetWindowLongPtrW(window, 0), c.inProperty ? 0 : reinterpret_cast<LONG_PTR>(&object));
+            EXPECT_EQ(SendMessageW(window, kPing, 0, 0), 42);
+        }
+        EXPECT_FALSE(IsWindow(window)) << "the destructor destroys the window";
     }
-    EXPECT_FALSE(IsWindow(window));
-}
-
-TEST(ShdWnd, ClassesWithoutExtraBytesKeepTheObjectInWordZero)
-{
-    CShdWnd::CClass wordClass;
-    ASSERT_TRUE(wordClass.Register(L"QuendaTest.Word"));
-    CRecordingWnd object;
-    ASSERT_TRUE(CreatePopup(object, &wordClass, L""));
-    EXPECT_EQ(GetWindowLongPtrW(object.GetHwnd(), 0), reinterpret_cast<LONG_PTR>(&object));
-    EXPECT_EQ(CShdWnd::FromHandle(object.GetHwnd()), nullptr) << "only property-attached windows are found";
-    EXPECT_EQ(SendMessageW(object.GetHwnd(), kPing, 0, 0), 42);
-}
-
-TEST(ShdWnd, ClassesWithExtraBytesKeepTheObjectInAProperty)
-{
-    CShdWnd::CClass propertyClass;
-    ASSERT_TRUE(propertyClass.Register(L"QuendaTest.Property", 16, nullptr));
-    CRecordingWnd object;
-    ASSERT_TRUE(CreatePopup(object, &propertyClass, L""));
-    const HWND window = object.GetHwnd();
-    EXPECT_EQ(CShdWnd::FromHandle(window), &object);
-    EXPECT_EQ(GetWindowLongPtrW(window, 0), 0) << "the extra bytes belong to the window's own code";
-    EXPECT_EQ(SendMessageW(window, kPing, 0, 0), 42);
-    DestroyWindow(window);
-    EXPECT_EQ(object.GetHwnd(), nullptr);
-}
-
-TEST(ShdWnd, AWindowWithoutObjectGetsDefaultHandling)
-{
-    CShdWnd::CClass windowClass;
-    ASSERT_TRUE(windowClass.Register(L"QuendaTest.NoObject"));
-    const HWND window = CreateWindowExW(0, L"QuendaTest.NoObject", L"plain", WS_POPUP, 0, 0, 10, 10, nullptr,
-                                        nullptr, TestInstance(), nullptr);
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(SendMessageW(window, kPing, 0, 0), 0);
-    EXPECT_EQ(CShdWnd::GetWindowTextOr(window, L""), W("plain"));
-    DestroyWindow(window);
 }
 
 TEST(ShdWnd, RegisteringAgainReplacesTheClassAndUnregisteringEndsIt)
@@ -109,6 +87,11 @@ TEST(ShdWnd, RegisteringAgainReplacesTheClassAndUnregisteringEndsIt)
     CShdWnd::CClass windowClass;
     ASSERT_TRUE(windowClass.Register(L"QuendaTest.Again"));
     EXPECT_TRUE(windowClass.Register(L"QuendaTest.Again")) << "the first registration is undone first";
+    const HWND plain = CreateWindowExW(0, L"QuendaTest.Again", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                                       TestInstance(), nullptr);
+    ASSERT_NE(plain, nullptr);
+    EXPECT_EQ(SendMessageW(plain, kPing, 0, 0), 0) << "a window without object gets default handling";
+    DestroyWindow(plain);
     EXPECT_TRUE(windowClass.IsRegistered());
     windowClass.Unregister();
     EXPECT_FALSE(windowClass.IsRegistered());
@@ -170,7 +153,6 @@ TEST(ShdWnd, TextHelpersReadWholeTextsAndClassNames)
     DestroyWindow(edit);
     EXPECT_FALSE(CShdWnd::GetClassName(edit, name));
     EXPECT_EQ(name, W(""));
-    EXPECT_EQ(CShdWnd::GetClassNameOr(edit, L"none"), W("none"));
 }
 
 }  // namespace

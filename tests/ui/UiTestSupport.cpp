@@ -1,11 +1,14 @@
 #include "tests/ui/UiTestSupport.h"
 
+#include <map>
+
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
 
 namespace {
 
-CModalScript* g_script = nullptr;
+// The running scripts by their timers.
+std::map<UINT_PTR, CModalScript*> g_scripts;
 const UINT kStepMilliseconds = 30;
 // The soft-key bar's height in design units.
 const int kSoftKeyBarDesign = 26;
@@ -28,20 +31,29 @@ void PumpMessages()
 
 CModalScript::CModalScript(std::vector<std::function<void()>> steps) : m_steps(std::move(steps))
 {
-    g_script = this;
     m_timer = SetTimer(nullptr, 0, kStepMilliseconds, OnTimer);
+    g_scripts[m_timer] = this;
+}
+
+CModalScript::CModalScript(std::function<bool()> ready, std::function<void()> action)
+    : CModalScript(std::vector<std::function<void()>>{std::move(action)})
+{
+    m_ready = std::move(ready);
 }
 
 CModalScript::~CModalScript()
 {
     KillTimer(nullptr, m_timer);
-    g_script = nullptr;
+    g_scripts.erase(m_timer);
 }
 
-void CALLBACK CModalScript::OnTimer(HWND, UINT, UINT_PTR, DWORD)
+void CALLBACK CModalScript::OnTimer(HWND, UINT, UINT_PTR timer, DWORD)
 {
-    CModalScript* script = g_script;
-    if (script == nullptr || script->Finished())
+    const auto found = g_scripts.find(timer);
+    if (found == g_scripts.end())
+        return;
+    CModalScript* script = found->second;
+    if (script->Finished() || (script->m_ready && !script->m_ready()))
         return;
     // A step may run a nested loop; the next one waits for this one.
     const size_t step = script->m_next++;

@@ -16,10 +16,12 @@ void PumpMessages();
 // Runs the steps one by one, one per timer tick, from inside whatever modal
 // loop the thread runs meanwhile (a dialog's or a property sheet's), so that
 // a test can drive a modal window with real messages. Each step sees what the
-// previous one's messages did.
+// previous one's messages did. With `ready`, the single step waits until it
+// holds. Several scripts may run at once.
 class CModalScript {
 public:
     explicit CModalScript(std::vector<std::function<void()>> steps);
+    CModalScript(std::function<bool()> ready, std::function<void()> action);
     ~CModalScript();
     CModalScript(const CModalScript&) = delete;
     CModalScript& operator=(const CModalScript&) = delete;
@@ -29,6 +31,7 @@ private:
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
 
     std::vector<std::function<void()>> m_steps;
+    std::function<bool()> m_ready;
     size_t m_next = 0;
     UINT_PTR m_timer = 0;
 };

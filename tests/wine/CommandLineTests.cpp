@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include <windows.h>
 
+#include "registry/RegKey.h"
 #include "tests/support/ScratchKey.h"
+#include "tests/ui/FileDialogTestSupport.h"
 #include "tests/wine/QuendaDriver.h"
 
 namespace {
@@ -14,18 +14,6 @@ namespace {
 const wchar_t kExportFile[] = L"cmdline-out.reg";
 const wchar_t kInvalid[] = L"Invalid command line arguments.";
 const wchar_t kInteractiveClass[] = L"Quenda_{A55A0214-0F7E-46FE-B53B-52C2AE3EC850}";
-
-std::string ReadFileBytes(const wchar_t* path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-void WriteFileBytes(const wchar_t* path, const std::string& bytes)
-{
-    std::ofstream file(path, std::ios::binary);
-    file << bytes;
-}
 
 bool FileExists(const wchar_t* path)
 {
@@ -40,10 +28,8 @@ std::wstring Utf16(const std::string& bytes)
 TEST(CommandLine, ExportWritesTheVersion5FileAndSaysSo)
 {
     CScratchKey scratch(L"CmdLineExport");
-    const wchar_t data[] = L"hello";
-    ASSERT_EQ(RegSetValueExW(scratch.Handle(), L"Greeting", 0, REG_SZ,
-                                        reinterpret_cast<const BYTE*>(data), sizeof(data)),
-              ERROR_SUCCESS);
+    CShdRegKey key;
+    ASSERT_TRUE(key.Open(scratch.Handle(), L"") && key.WriteString(L"Greeting", L"hello"));
     DeleteFileW(kExportFile);
 
     CQuendaProcess quenda;
@@ -51,39 +37,37 @@ TEST(CommandLine, ExportWritesTheVersion5FileAndSaysSo)
     EXPECT_EQ(quenda.AnswerNextMessage(IDOK), L"Registry export finished successfully.");
     EXPECT_EQ(quenda.WaitForExit(), 0);
 
-    const std::wstring text = Utf16(ReadFileBytes(kExportFile));
+    const std::wstring text = Utf16(FileBytes(kExportFile));
     EXPECT_EQ(text.rfind(L"\xFEFFWindows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\", 0), 0u) << "BOM";
     EXPECT_NE(text.find(L"\"Greeting\"=\"hello\"\r\n"), std::wstring::npos);
     DeleteFileW(kExportFile);
 }
 
-TEST(CommandLine, BadExportArgumentsWriteNothing)
+// Runs that only show a message: help, and exports with bad arguments,
+// which write nothing.
+TEST(CommandLine, HelpAndBadExportArgumentsOnlyShowTheirMessage)
 {
     CScratchKey scratch(L"CmdLineBadExport");
+    const std::wstring exportTo = std::wstring(L"/e ") + kExportFile + L" ";
     const std::wstring key = std::wstring(L"HKCU\\") + scratch.Path().GetString();
-    const std::wstring cases[] = {
-        L"HKXX\\Software",
-        key + L"\\Missing",
-        key + L" extra",
+    const struct {
+        std::wstring arguments;
+        std::wstring message;
+    } cases[] = {
+        {L"/?", L"Usage:\r\n\"Quenda.exe <file>\"\r\nor\r\n\"Quenda.exe /e <file> <key>\""},
+        {exportTo + L"HKXX\\Software", kInvalid},
+        {exportTo + key + L"\\Missing", kInvalid},
+        {exportTo + key + L" extra", kInvalid},
     };
-    for (const std::wstring& arguments : cases) {
-        SCOPED_TRACE(std::string(arguments.begin(), arguments.end()));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.arguments.begin(), c.arguments.end()));
         DeleteFileW(kExportFile);
         CQuendaProcess quenda;
-        ASSERT_TRUE(quenda.Start(std::wstring(L"/e ") + kExportFile + L" " + arguments));
-        EXPECT_EQ(quenda.AnswerNextMessage(IDOK), kInvalid);
+        ASSERT_TRUE(quenda.Start(c.arguments));
+        EXPECT_EQ(quenda.AnswerNextMessage(IDOK), c.message);
         EXPECT_EQ(quenda.WaitForExit(), 0);
         EXPECT_FALSE(FileExists(kExportFile));
     }
-}
-
-TEST(CommandLine, HelpShowsTheUsage)
-{
-    CQuendaProcess quenda;
-    ASSERT_TRUE(quenda.Start(L"/?"));
-    EXPECT_EQ(quenda.AnswerNextMessage(IDOK),
-              L"Usage:\r\n\"Quenda.exe <file>\"\r\nor\r\n\"Quenda.exe /e <file> <key>\"");
-    EXPECT_EQ(quenda.WaitForExit(), 0);
 }
 
 TEST(CommandLine, FilesAreImportedOneByOneAfterAQuestion)
@@ -104,17 +88,10 @@ TEST(CommandLine, FilesAreImportedOneByOneAfterAQuestion)
               L"There were errors during importing registry file. Syntax error at line 4.");
     EXPECT_EQ(quenda.WaitForExit(), 0);
 
-    wchar_t value[16] = {};
-    DWORD size = sizeof(value);
-    DWORD type = 0;
-    EXPECT_EQ(RegQueryValueExW(scratch.Handle(), L"Imported", nullptr, &type,
-                                          reinterpret_cast<BYTE*>(value), &size),
-              ERROR_SUCCESS);
-    EXPECT_EQ(std::wstring(value), L"yes");
-    size = sizeof(value);
-    EXPECT_NE(RegQueryValueExW(scratch.Handle(), L"Skipped", nullptr, &type,
-                                          reinterpret_cast<BYTE*>(value), &size),
-              ERROR_SUCCESS);
+    CShdRegKey imported;
+    ASSERT_TRUE(imported.Open(scratch.Handle(), L""));
+    EXPECT_EQ(imported.ReadStringOr(L"Imported", L"none"), CString(L"yes"));
+    EXPECT_FALSE(imported.ValueExists(L"Skipped"));
     for (const wchar_t* file : {L"cmdline-good.reg", L"cmdline-bad.reg", L"cmdline-skipped.reg"})
         DeleteFileW(file);
 }
@@ -125,6 +102,9 @@ TEST(CommandLine, OnlyInteractiveStartsAreKeptToOneInstance)
     ASSERT_TRUE(first.Start(L""));
     const HWND window = first.WaitForWindow(kInteractiveClass, 20000);
     ASSERT_NE(window, nullptr);
+    wchar_t caption[16] = {};
+    GetWindowTextW(window, caption, 16);
+    EXPECT_EQ(std::wstring(caption), L"Quenda");
 
     // A command-line run beside it takes the foreground with its message.
     CQuendaProcess help;
