@@ -199,6 +199,10 @@ protected:
 
 TEST_F(FileJobsTest, AQuickExportShowsOnlyItsResult)
 {
+    // A job of a quarter of a second: long enough for a box shown at once to
+    // appear, short of the delay after which it is shown.
+    m_platform.m_pauseAt = L"a";
+    m_platform.m_pauseLimit = 250;
     CProgressWatch watch;
     CModalScript script(ChooseAndConfirm(L"out", false));
     ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
