@@ -2,7 +2,7 @@
 // on how the panes are made is in this file.
 #include "app/MainWnd_win.h"
 
-#include "framework/DpiScale.h"
+#include "framework/WindowHelpers.h"
 #include "resources/resource.h"
 
 namespace {
@@ -11,7 +11,6 @@ const DWORD kTreeStyle = 0x50010008;
 const DWORD kListStyle = 0x5001020D;
 const DWORD kListExtendedStyle = 0x60;
 const WPARAM kCommonControlsVersion = 0x20C;
-const COLORREF kTransparent = RGB(0xFF, 0x00, 0xFF);
 // The list's edit box sends this to the list on the handheld; answered 1.
 const int kListChildNotification = -50;
 
@@ -46,9 +45,7 @@ bool CMainWnd::CreateValueList(int x, int y, int width, int height)
     SendMessageW(m_list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kListExtendedStyle);
     InsertColumn(m_list, 0, L"Name", width / 2 - 2 * GetSystemMetrics(SM_CXVSCROLL));
     InsertColumn(m_list, 1, L"Value", width / 2);
-    const bool highResolution = ScreenDpiY() >= 192;
-    m_listImages = ImageList_LoadImageW(m_instance, MAKEINTRESOURCEW(highResolution ? IDB_VALUES_32 : IDB_VALUES_16),
-                                        highResolution ? 32 : 16, 0, kTransparent, IMAGE_BITMAP, 0);
+    m_listImages = LoadImageStrip(m_instance, IDB_VALUES_16, IDB_VALUES_32);
     if (m_listImages != nullptr)
         SendMessageW(m_list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(m_listImages));
     m_values.Attach(m_list, &m_regTree, GetHwnd());

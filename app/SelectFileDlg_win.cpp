@@ -18,7 +18,6 @@
 
 namespace {
 
-const COLORREF kTransparent = RGB(255, 0, 255);
 const UINT kHeaderId = 1099;
 
 bool IsDots(LPCWSTR name)
@@ -203,10 +202,7 @@ bool CSelectFileDlg::OnInitDialog()
     column.mask = LVCF_WIDTH;
     if (SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column)) < 0)
         return false;
-    const bool highResolution = ScreenDpiY() >= 192;
-    const HIMAGELIST images =
-        ImageList_LoadImageW(instance, MAKEINTRESOURCEW(highResolution ? IDB_FILES_32 : IDB_FILES_16),
-                             highResolution ? 32 : 16, 0, kTransparent, IMAGE_BITMAP, 0);
+    const HIMAGELIST images = LoadImageStrip(instance, IDB_FILES_16, IDB_FILES_32);
     if (images != nullptr)
         SendMessageW(list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(images));
 

@@ -129,3 +129,10 @@ DWORD GetOsVersion()
     }();
     return version;
 }
+
+HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32)
+{
+    const bool highResolution = ScreenDpiY() >= 192;
+    return ImageList_LoadImageW(instance, MAKEINTRESOURCEW(highResolution ? bitmap32 : bitmap16),
+                                highResolution ? 32 : 16, 0, RGB(0xFF, 0x00, 0xFF), IMAGE_BITMAP, 0);
+}

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include "framework/ShdWnd.h"
 #include "framework/WinHandles.h"
 
@@ -66,3 +68,7 @@ HWND CreateMenuBar(HWND parent, HINSTANCE instance, UINT resourceId, bool isMenu
 bool IsSmartphone();
 // The system version packed as PackOsVersion does; asked once.
 DWORD GetOsVersion();
+
+// A strip of images at 16 pixels, or at 32 on a high-resolution screen
+// (192 dpi or more), magenta transparent; null if it cannot be loaded.
+HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32);

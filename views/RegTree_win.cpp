@@ -1,6 +1,5 @@
 #include "views/RegTree_win.h"
 
-#include "framework/DpiScale.h"
 #include "framework/Text.h"
 #include "framework/WaitCursor.h"
 #include "framework/WindowHelpers.h"
@@ -16,7 +15,6 @@ const LPARAM kFilled = 1;
 const int kImageTop = 4;
 const int kImageKey = 2;
 const int kImageKeySelected = 3;
-const COLORREF kTransparent = RGB(255, 0, 255);
 // Key names are at most 255 characters; labels are read with room for that.
 const size_t kMinLabelBuffer = 256;
 
@@ -51,11 +49,8 @@ bool CRegTree::Create(DWORD style, const RECT& position, HWND parent, UINT id)
         DestroyWindow(tree);
         return false;
     }
-    const bool highResolution = ScreenDpiY() >= 192;
-    if (m_images == nullptr) {
-        m_images = ImageList_LoadImageW(instance, MAKEINTRESOURCEW(highResolution ? IDB_TREE_32 : IDB_TREE_16),
-                                        highResolution ? 32 : 16, 0, kTransparent, IMAGE_BITMAP, 0);
-    }
+    if (m_images == nullptr)
+        m_images = LoadImageStrip(instance, IDB_TREE_16, IDB_TREE_32);
     if (m_images != nullptr)
         SendMessageW(tree, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(m_images));
     Rebuild();
@@ -226,17 +221,26 @@ HTREEITEM CRegTree::InsertKeyItem(HTREEITEM parent, HTREEITEM after, LPCWSTR nam
     return item;
 }
 
+bool CRegTree::OpenItemKey(HTREEITEM item, HKEY& root, CString& path, CShdRegKey& key,
+                           std::vector<CString>& names) const
+{
+    if (!GetItemKey(item, root, path) || !key.Open(root, path))
+        return false;
+    ReadSortedSubkeyNames(key, names);
+    return true;
+}
+
 void CRegTree::FillChildren(HTREEITEM item)
 {
     DeleteChildren(item);
     HKEY root = nullptr;
     CString path;
-    CShdRegKey key;
-    if (!GetItemKey(item, root, path) || !key.Open(root, path))
-        return;
     std::vector<CString> names;
-    ReadSortedSubkeyNames(key, names);
-    key.Close();
+    {
+        CShdRegKey key;
+        if (!OpenItemKey(item, root, path, key, names))
+            return;
+    }
     for (const CString& name : names)
         InsertKeyItem(item, TVI_LAST, name, root, ChildKeyPath(path, name));
     SetFilled(item, true);
@@ -411,10 +415,9 @@ void CRegTree::RefreshItem(HTREEITEM item)
     HKEY root = nullptr;
     CString path;
     CShdRegKey key;
-    if (!GetItemKey(item, root, path) || !key.Open(root, path))
-        return;
     std::vector<CString> names;
-    ReadSortedSubkeyNames(key, names);
+    if (!OpenItemKey(item, root, path, key, names))
+        return;
 
     // The labels already present, so that a name is never inserted twice even
     // when a renamed item no longer stands in sorted order.

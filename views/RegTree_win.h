@@ -7,6 +7,7 @@
 
 #include "framework/CString.h"
 #include "framework/ShdWnd.h"
+#include "registry/RegKey.h"
 
 // The registry as a tree of keys below one top item, "Registry". Items are
 // loaded one level at a time when they are first expanded; until then an item
@@ -88,6 +89,8 @@ private:
     void AddPlaceholder(HTREEITEM item);
     // Inserts a key's item as AddPlaceholder would leave it.
     HTREEITEM InsertKeyItem(HTREEITEM parent, HTREEITEM after, LPCWSTR name, HKEY root, LPCWSTR path);
+    // Opens the item's key and reads its subkey names, sorted.
+    bool OpenItemKey(HTREEITEM item, HKEY& root, CString& path, CShdRegKey& key, std::vector<CString>& names) const;
     void FillChildren(HTREEITEM item);
     void FillRoots();
     void RefreshItem(HTREEITEM item);
