@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "framework/Text.h"
-#include "registry/RegistryRoots.h"
+#include "platform/RegistryRootKeys.h"
 
 namespace {
 

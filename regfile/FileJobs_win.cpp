@@ -1,9 +1,9 @@
 #include "regfile/FileJobs_win.h"
 
-#include "app/SelectFileDlg_win.h"
 #include "framework/CString.h"
 #include "framework/FilePaths.h"
 #include "framework/MessageBox.h"
+#include "framework/SelectFileDlg_win.h"
 #include "platform/Platform.h"
 #include "regfile/ExportOptionsDlg_win.h"
 #include "regfile/ProgressDlg_win.h"

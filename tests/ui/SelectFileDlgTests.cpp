@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "app/SelectFileDlg_win.h"
 #include "framework/DpiScale.h"
 #include "framework/MessageBox.h"
+#include "framework/SelectFileDlg_win.h"
 #include "resources/resource.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/FileDialogTestSupport.h"

@@ -1,4 +1,4 @@
-#include "app/SelectFileDlg_win.h"
+#include "framework/SelectFileDlg_win.h"
 
 #include <algorithm>
 
