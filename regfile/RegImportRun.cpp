@@ -5,7 +5,7 @@
 
 #include "framework/Text.h"
 #include "platform/Platform.h"
-#include "regfile/Handle.h"
+#include "platform/PlatformHandle.h"
 #include "regfile/RegSyntax.h"
 #include "registry/KeyOperations.h"
 #include "registry/RegistryRoots.h"

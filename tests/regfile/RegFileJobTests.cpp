@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/FaultInjectingPlatform.h"
-#include "regfile/Handle.h"
+#include "platform/PlatformHandle.h"
 #include "regfile/RegFileJob.h"
 #include "tests/support/TestFiles.h"
 
@@ -56,7 +56,7 @@ TEST(RegFileJob, FinishCancelAndStartAgain)
     }
 
     CShdHandle written(Platform().CreateFileW(file.Path(), GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL));
-    written.Close();
+    written.Reset();
     ASSERT_TRUE(job.Start(file.Path(), -1, true));
     EXPECT_FALSE(job.Start(file.Path(), 1, true)) << "one job at a time";
     job.Cancel(true);
