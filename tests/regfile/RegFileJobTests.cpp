@@ -49,7 +49,7 @@ TEST(RegFileJob, FinishCancelAndStartAgain)
 
     for (bool outcome : {true, false}) {
         ASSERT_TRUE(job.Start(file.Path(), 3, outcome));
-        EXPECT_EQ(Platform().WaitForSingleObject(job.DoneEvent(), INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
+        ASSERT_EQ(Platform().WaitForSingleObject(job.DoneEvent(), 10000), static_cast<DWORD>(WAIT_OBJECT_0));
         EXPECT_TRUE(job.GetResult(result));
         EXPECT_EQ(result, outcome);
         EXPECT_FALSE(job.GetResult(result)) << "the result is taken once";
