@@ -5,6 +5,7 @@
 #include <new>
 
 #include "app/MainWnd_win.h"
+#include "framework/WinHandles.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
 
@@ -24,16 +25,6 @@ bool HasArguments(LPCWSTR commandLine)
     return false;
 }
 
-class CMutexOwner {
-public:
-    ~CMutexOwner()
-    {
-        if (m_handle != nullptr)
-            CloseHandle(m_handle);
-    }
-    HANDLE m_handle = nullptr;
-};
-
 void RunMessageLoop(HWND mainWindow, HINSTANCE instance)
 {
     const HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDA_MAIN));
@@ -51,15 +42,15 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int)
 {
     SetAppInstance(instance);
     const bool commandLineMode = HasArguments(commandLine);
-    CMutexOwner mutex;
+    CShdUniqueKernelObject mutex;
     if (!commandLineMode) {
         const HWND running = FindWindowW(CMainWnd::kInteractiveClassName, nullptr);
         if (running != nullptr) {
             Handheld::SetForegroundWindow(running);
             return 0;
         }
-        mutex.m_handle = CreateMutexW(nullptr, FALSE, kInstanceMutexName);
-        if (mutex.m_handle != nullptr && GetLastError() == ERROR_ALREADY_EXISTS)
+        mutex.Reset(CreateMutexW(nullptr, FALSE, kInstanceMutexName));
+        if (mutex && GetLastError() == ERROR_ALREADY_EXISTS)
             return 0;
     }
 

@@ -16,8 +16,8 @@
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
+#include "registry/SortedNames.h"
 #include "views/RegTree_win.h"
-#include "views/SortedNames.h"
 
 namespace {
 

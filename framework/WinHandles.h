@@ -2,64 +2,17 @@
 
 #include <windows.h>
 
-// Move-only owners of Win32 handles, one alias per kind, and guards for
-// calls that come in pairs.
+#include "framework/UniqueHandle.h"
 
-template <typename T, BOOL(WINAPI* Close)(T)>
-class CShdUniqueHandle {
-public:
-    CShdUniqueHandle() = default;
-    explicit CShdUniqueHandle(T handle) : m_handle(handle) {}
-    ~CShdUniqueHandle() { Reset(); }
-    CShdUniqueHandle(CShdUniqueHandle&& other) noexcept : m_handle(other.Release()) {}
-    CShdUniqueHandle& operator=(CShdUniqueHandle&& other) noexcept
-    {
-        if (this != &other)
-            Reset(other.Release());
-        return *this;
-    }
-    CShdUniqueHandle(const CShdUniqueHandle&) = delete;
-    CShdUniqueHandle& operator=(const CShdUniqueHandle&) = delete;
+// Owners of Win32 handles, one alias per kind, and guards for calls that
+// come in pairs.
 
-    T Get() const { return m_handle; }
-    explicit operator bool() const { return m_handle != nullptr; }
-    T Release()
-    {
-        const T handle = m_handle;
-        m_handle = nullptr;
-        return handle;
-    }
-    void Reset(T handle = nullptr)
-    {
-        if (m_handle != nullptr)
-            Close(m_handle);
-        m_handle = handle;
-    }
-
-private:
-    T m_handle = nullptr;
-};
-
-using CShdUniqueGdiObject = CShdUniqueHandle<HGDIOBJ, DeleteObject>;
 using CShdUniqueMenu = CShdUniqueHandle<HMENU, DestroyMenu>;
-
-// A GDI object of a known kind, deleted with DeleteObject.
-template <typename T>
-class CShdUniqueGdi {
-public:
-    CShdUniqueGdi() = default;
-    explicit CShdUniqueGdi(T handle) : m_owner(handle) {}
-    T Get() const { return static_cast<T>(m_owner.Get()); }
-    explicit operator bool() const { return static_cast<bool>(m_owner); }
-    void Reset(T handle = nullptr) { m_owner.Reset(handle); }
-
-private:
-    CShdUniqueGdiObject m_owner;
-};
-
-using CShdUniqueFont = CShdUniqueGdi<HFONT>;
-using CShdUniqueBrush = CShdUniqueGdi<HBRUSH>;
-using CShdUniqueBitmap = CShdUniqueGdi<HBITMAP>;
+using CShdUniqueFont = CShdUniqueHandle<HFONT, DeleteObject>;
+using CShdUniqueBrush = CShdUniqueHandle<HBRUSH, DeleteObject>;
+using CShdUniqueBitmap = CShdUniqueHandle<HBITMAP, DeleteObject>;
+// A kernel object made directly by the system (not through the platform).
+using CShdUniqueKernelObject = CShdUniqueHandle<HANDLE, CloseHandle>;
 
 // GetDC / ReleaseDC.
 class CShdClientDC {

@@ -131,13 +131,12 @@ LONG CMemoryRegistry::CreateKey(HKEY parent, LPCWSTR subKey, LPCWSTR className, 
     if (status != ERROR_SUCCESS)
         return status;
     DWORD outcome = REG_OPENED_EXISTING_KEY;
-    const std::vector<CString> names = SplitPath(subKey);
-    for (size_t i = 0; i < names.size(); ++i) {
+    for (const CString& name : SplitPath(subKey)) {
         size_t insertAt = 0;
-        std::shared_ptr<SNode> child = FindSubkey(*node, names[i], &insertAt);
+        std::shared_ptr<SNode> child = FindSubkey(*node, name, &insertAt);
         if (!child) {
             child = std::make_shared<SNode>();
-            child->name = names[i];
+            child->name = name;
             child->parent = node.get();
             node->subkeys.insert(node->subkeys.begin() + static_cast<std::ptrdiff_t>(insertAt), child);
             outcome = REG_CREATED_NEW_KEY;
@@ -146,9 +145,9 @@ LONG CMemoryRegistry::CreateKey(HKEY parent, LPCWSTR subKey, LPCWSTR className, 
         }
         node = child;
     }
-    // The last key of the path takes the class given, or none, even when it
-    // existed already (as in Wine's registry).
-    if (!names.empty())
+    // Only a key made here takes the class given; one that existed keeps its
+    // own, as on the device.
+    if (outcome == REG_CREATED_NEW_KEY)
         node->className = className;
     if (disposition != nullptr)
         *disposition = outcome;

@@ -33,8 +33,17 @@ LONG CWin32Platform::RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, R
 LONG CWin32Platform::RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWSTR className, DWORD options, REGSAM sam,
                                      HKEY* result, DWORD* disposition)
 {
-    return ::RegCreateKeyExW(parent, subKey, 0, const_cast<LPWSTR>(className), options,
-                             sam != 0 ? sam : KEY_READ | KEY_WRITE, nullptr, result, disposition);
+    // Wine's create erases the class of a key that exists already; the
+    // handheld and the desktop keep it. Opening first keeps it everywhere.
+    const REGSAM rights = sam != 0 ? sam : KEY_READ | KEY_WRITE;
+    const LONG status = ::RegOpenKeyExW(parent, subKey, 0, rights, result);
+    if (status != ERROR_FILE_NOT_FOUND) {
+        if (status == ERROR_SUCCESS && disposition != nullptr)
+            *disposition = REG_OPENED_EXISTING_KEY;
+        return status;
+    }
+    return ::RegCreateKeyExW(parent, subKey, 0, const_cast<LPWSTR>(className), options, rights, nullptr, result,
+                             disposition);
 }
 
 LONG CWin32Platform::RegCloseKey(HKEY key)

@@ -1,14 +1,15 @@
 #include "regfile/RegExporter.h"
 
-#include "framework/ObjArray.h"
-#include "framework/Text.h"
+#include <vector>
+
 #include "platform/Platform.h"
+#include "platform/PlatformHandle.h"
 #include "regfile/FileWriteCache.h"
-#include "regfile/Handle.h"
 #include "regfile/RegFileWriter.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/SortedNames.h"
 
 CRegExporter::~CRegExporter()
 {
@@ -70,17 +71,13 @@ bool CRegExporter::WriteTree(CRegFileWriter& writer, HKEY parent, LPCWSTR openPa
     if (!writer.WriteEmptyLine())
         return false;
 
-    CShdObjArray<CString> subkeys;
-    CString name;
-    for (DWORD index = 0; key.EnumSubkey(index, name); ++index) {
-        if (subkeys.Add(new CString(name)) < 0)
-            return false;
-    }
-    subkeys.Sort([](const CString& a, const CString& b) { return CompareNoCase(a, b); });
+    std::vector<CString> subkeys;
+    if (!ReadSortedSubkeyNames(key, subkeys))
+        return false;
     // Each subkey opens relative to its open parent, which spares the
     // registry a walk down the whole path.
-    for (size_t i = 0; i < subkeys.GetCount(); ++i) {
-        if (!WriteTree(writer, key.GetHandle(), *subkeys[i], root, ChildKeyPath(path, *subkeys[i])))
+    for (const CString& subkey : subkeys) {
+        if (!WriteTree(writer, key.GetHandle(), subkey, root, ChildKeyPath(path, subkey)))
             return false;
     }
     return true;

@@ -1,17 +1,13 @@
 #pragma once
 
-#include <atomic>
-
 #include "framework/CString.h"
 #include "platform/WinTypes.h"
-#include "regfile/Handle.h"
+#include "platform/WorkerJob.h"
 
 // A job on a .reg file that runs on a worker thread of its own, so that the
 // UI can show progress and offer a cancel: the exporter and the importer.
 // The UI thread starts the job, waits on the done event, and then either
-// takes the result or cancels. The worker and the UI share only the
-// arguments (written before the thread starts), the result (read after it
-// has ended) and the two manual-reset events.
+// takes the result or cancels.
 //
 // A derived class stores its own arguments after checking IsRunning(), then
 // calls StartJob(); it implements Run(), polling IsCancelled() as it goes.
@@ -24,9 +20,9 @@ public:
     CRegFileJob(const CRegFileJob&) = delete;
     CRegFileJob& operator=(const CRegFileJob&) = delete;
 
-    bool IsRunning() const { return m_thread.IsValid(); }
+    bool IsRunning() const { return m_worker.IsRunning(); }
     // Signalled when the job ends without having been cancelled.
-    HANDLE DoneEvent() const { return m_done.Get(); }
+    HANDLE DoneEvent() const { return m_worker.DoneEvent(); }
     // Waits for the worker to end. False if no job was started or the job
     // was cancelled; otherwise true, with the job's outcome in `result`.
     bool GetResult(bool& result);
@@ -37,26 +33,17 @@ public:
 protected:
     static constexpr DWORD kStackSize = 32768;
 
-    // Stores the file path, resets both events and starts the worker. False
-    // if a job is running or no thread could be made.
+    // Stores the file path and starts the worker. False if a job is running
+    // or no thread could be made.
     bool StartJob(LPCWSTR path);
     const CString& FilePath() const { return m_path; }
-    bool IsCancelled() const;
+    bool IsCancelled() const { return m_worker.IsCancelled(); }
     // The job itself, on the worker thread: true on complete success.
     virtual bool Run() = 0;
 
 private:
-    static DWORD WINAPI ThreadMain(void* argument);
-    bool IsCancelEventSet() const;
-    void EndThread();
-
-    CShdHandle m_cancel;
-    // Mirrors the cancel event for the worker's frequent polls: a wait on
-    // the event costs a call into the system (a round trip to the server
-    // under Wine) for every key and value.
-    std::atomic<bool> m_cancelRequested{false};
-    CShdHandle m_done;
-    CShdHandle m_thread;
     CString m_path;
     bool m_result = false;
+    // Last, so that it ends before the members the job uses.
+    CWorkerJob m_worker{kStackSize};
 };

@@ -5,7 +5,7 @@
 
 #include "framework/Text.h"
 #include "platform/Platform.h"
-#include "regfile/Handle.h"
+#include "platform/PlatformHandle.h"
 #include "regfile/RegSyntax.h"
 #include "registry/KeyOperations.h"
 #include "registry/RegistryRoots.h"
@@ -75,11 +75,9 @@ void CRegImportRun::ReadAll(HANDLE file)
         Fail(TEXT("Out of memory."));
     } else if (result == CRegLineReader::EResult::ReadError) {
         Fail(TEXT("Unable to read file."));
-    } else if (m_continuation) {
-        // The file ended inside a hex value that announced more lines: what
-        // it holds is written rather than dropped.
-        FinishValue();
     }
+    // A file that ends inside a hex value announcing more lines was cut off:
+    // the bytes collected so far are not the value, so nothing is written.
 }
 
 bool CRegImportRun::Fail(const CString& error)

@@ -1,7 +1,5 @@
 #include "registry/KeyOperations.h"
 
-#include <climits>
-
 #include "framework/BinaryBuffer.h"
 #include "framework/Text.h"
 #include "platform/Platform.h"
@@ -13,11 +11,13 @@ namespace {
 const int kFirstUniqueNumber = 2;
 const int kLastUniqueNumber = 32767;
 
-// A decimal number as the C library's _wtol reads it: leading white space,
-// an optional sign, then digits up to the first other character; 0 when
-// there are none, and the nearest limit when the number does not fit.
-long ParseLong(const CString& text)
+// A decimal number as the device's C library reads it into its 32-bit long
+// (_wtol): leading white space, an optional sign, then digits up to the first
+// other character; 0 when there are none, and the nearest limit when the
+// number does not fit. The same on every build, whatever its long.
+LONG ParseLong(const CString& text)
 {
+    const long long limit = 0x7FFFFFFFLL;
     size_t i = 0;
     while (i < text.GetLength() && IsSpace(text.GetAt(i)))
         ++i;
@@ -27,10 +27,10 @@ long ParseLong(const CString& text)
     long long value = 0;
     for (; i < text.GetLength() && text.GetAt(i) >= '0' && text.GetAt(i) <= '9'; ++i) {
         value = value * 10 + (text.GetAt(i) - '0');
-        if (value > LONG_MAX)
-            return negative ? LONG_MIN : LONG_MAX;
+        if (value > limit)
+            return negative ? static_cast<LONG>(-limit - 1) : static_cast<LONG>(limit);
     }
-    return static_cast<long>(negative ? -value : value);
+    return static_cast<LONG>(negative ? -value : value);
 }
 
 bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath)

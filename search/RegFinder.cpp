@@ -1,17 +1,15 @@
 #include "search/RegFinder.h"
 
-#include <algorithm>
 #include <new>
 #include <vector>
 
 #include "framework/Text.h"
 #include "platform/Platform.h"
 #include "registry/RegKey.h"
+#include "registry/SortedNames.h"
 #include "search/SearchPaths.h"
 
 namespace {
-
-const DWORD kStepStackSize = 32768;
 
 // The program keeps its settings, and with them the last search text, here:
 // a search would otherwise always find its own criteria.
@@ -45,20 +43,9 @@ HKEY NextRoot(HKEY root)
 
 }  // namespace
 
-CRegFinder::CRegFinder()
-{
-    m_cancelEvent = Platform().CreateEventW(TRUE, FALSE);
-    m_doneEvent = Platform().CreateEventW(TRUE, FALSE);
-}
+CRegFinder::CRegFinder() = default;
 
-CRegFinder::~CRegFinder()
-{
-    Cancel();
-    if (m_cancelEvent != nullptr)
-        Platform().CloseHandle(m_cancelEvent);
-    if (m_doneEvent != nullptr)
-        Platform().CloseHandle(m_doneEvent);
-}
+CRegFinder::~CRegFinder() = default;
 
 void CRegFinder::Reset()
 {
@@ -93,7 +80,7 @@ HKEY CRegFinder::StartRoot() const
 
 bool CRegFinder::SetPosition(HKEY root, LPCWSTR keyPath, LPCWSTR valueName)
 {
-    if (!m_initialised || m_thread != nullptr || (m_state != kStateAtKey && m_state != kStateAtValue))
+    if (!m_initialised || m_worker.IsRunning() || (m_state != kStateAtKey && m_state != kStateAtValue))
         return false;
     if (root == nullptr)
         root = HKEY_CLASSES_ROOT;
@@ -116,34 +103,18 @@ bool CRegFinder::SetPosition(HKEY root, LPCWSTR keyPath, LPCWSTR valueName)
 
 bool CRegFinder::Start()
 {
-    if (!m_initialised || m_thread != nullptr || m_cancelEvent == nullptr || m_doneEvent == nullptr)
-        return false;
-    Platform().ResetEvent(m_cancelEvent);
-    Platform().ResetEvent(m_doneEvent);
-    m_thread = Platform().CreateThread(kStepStackSize, StepThread, this);
-    return m_thread != nullptr;
-}
-
-void CRegFinder::CloseThread()
-{
-    Platform().WaitForSingleObject(m_thread, INFINITE);
-    Platform().CloseHandle(m_thread);
-    m_thread = nullptr;
+    return m_initialised && m_worker.Start([this] { RunStep(); });
 }
 
 void CRegFinder::Cancel()
 {
-    if (m_thread == nullptr)
-        return;
-    Platform().SetEvent(m_cancelEvent);
-    CloseThread();
+    m_worker.Cancel();
 }
 
 bool CRegFinder::Collect(SSearchPosition& match)
 {
     match = SSearchPosition();
-    if (m_thread != nullptr)
-        CloseThread();
+    m_worker.Wait();
     if (IsCancelled() || !m_initialised || (m_state != kStateAtKey && m_state != kStateAtValue))
         return false;
     match.root = m_root;
@@ -154,26 +125,12 @@ bool CRegFinder::Collect(SSearchPosition& match)
     return true;
 }
 
-bool CRegFinder::IsCancelled() const
-{
-    return m_cancelEvent != nullptr && Platform().WaitForSingleObject(m_cancelEvent, 0) == WAIT_OBJECT_0;
-}
-
-DWORD WINAPI CRegFinder::StepThread(void* argument)
-{
-    static_cast<CRegFinder*>(argument)->RunStep();
-    return 0;
-}
-
 void CRegFinder::RunStep()
 {
-    Platform().SetThreadPriority(Platform().GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
     bool repeat = false;
     do {
         FindStep(repeat);
     } while (repeat);
-    if (!IsCancelled())
-        Platform().SetEvent(m_doneEvent);
 }
 
 void CRegFinder::FindStep(bool& repeat)
@@ -278,11 +235,7 @@ bool CRegFinder::SearchKey(HKEY parent, const CString& keyName, bool resuming, c
         return false;
 
     std::vector<CString> subkeys;
-    CString name;
-    for (DWORD index = 0; key.EnumSubkey(index, name); ++index)
-        subkeys.push_back(name);
-    std::sort(subkeys.begin(), subkeys.end(),
-              [](const CString& a, const CString& b) { return CompareNoCase(a, b) < 0; });
+    ReadSortedSubkeyNames(key, subkeys);
     CString resumeFirst;
     if (resuming) {
         CString rest;

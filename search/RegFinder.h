@@ -4,6 +4,7 @@
 #include "framework/CString.h"
 #include "framework/ObjArray.h"
 #include "platform/WinTypes.h"
+#include "platform/WorkerJob.h"
 #include "search/SearchMatcher.h"
 #include "search/SearchParams.h"
 
@@ -93,7 +94,7 @@ public:
     // True when not set up or nothing further can be found.
     bool IsFinished() const { return !m_initialised || m_state == kStateFinished; }
     // Signalled when a step ends other than by Cancel.
-    HANDLE GetDoneEvent() const { return m_doneEvent; }
+    HANDLE GetDoneEvent() const { return m_worker.DoneEvent(); }
 
 private:
     // The resume position on entry to a key's search, relative to that key,
@@ -106,16 +107,16 @@ private:
 
     enum class EValues { NotFound, Found, Failed };
 
-    static DWORD WINAPI StepThread(void* argument);
+    static constexpr DWORD kStepStackSize = 32768;
+
     void RunStep();
     void FindStep(bool& repeat);
     bool SearchKey(HKEY parent, const CString& keyName, bool resuming, const CString* restrictPath,
                    const CString* stopPath, const CString* stopValue, SRelativePosition& position);
     EValues SearchValues(CShdRegKey& key, bool& resuming, const CString* stopValue, SRelativePosition& position);
     bool ReadValues(CShdRegKey& key, CShdObjArray<SValueItem>& values) const;
-    bool IsCancelled() const;
+    bool IsCancelled() const { return m_worker.IsCancelled(); }
     HKEY StartRoot() const;
-    void CloseThread();
 
     bool m_initialised = false;
     CSearchMatcher m_matcher;
@@ -127,7 +128,6 @@ private:
     DWORD m_state = kStateNotSetUp;
     bool m_firstPass = true;
 
-    HANDLE m_cancelEvent = nullptr;
-    HANDLE m_doneEvent = nullptr;
-    HANDLE m_thread = nullptr;
+    // Last, so that a running step ends before the members it uses.
+    CWorkerJob m_worker{kStepStackSize};
 };

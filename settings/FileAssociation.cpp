@@ -16,14 +16,13 @@ bool IsEmpty(LPCWSTR text)
     return text == nullptr || *text == 0;
 }
 
-// The default value of a key below HKEY_CLASSES_ROOT; empty when missing.
-CString ReadClassesDefault(LPCWSTR path)
+// The default value of a key below HKEY_CLASSES_ROOT; false (and empty) when
+// the key or the value cannot be read. An empty value read is not a failure.
+bool ReadClassesDefault(LPCWSTR path, CString& text)
 {
     CShdRegKey key;
-    CString text;
-    if (key.Open(HKEY_CLASSES_ROOT, path))
-        key.ReadString(kDefaultValue, text);
-    return text;
+    text.Empty();
+    return key.Open(HKEY_CLASSES_ROOT, path) && key.ReadString(kDefaultValue, text);
 }
 
 // Creates a key below `parent` and sets its default value. The key is
@@ -66,11 +65,12 @@ bool GetOpenCommand(LPCWSTR extension, CString& command)
     command.Empty();
     if (IsEmpty(extension))
         return false;
-    const CString className = ReadClassesDefault(extension);
-    if (className.IsEmpty())
+    CString className;
+    if (!ReadClassesDefault(extension, className) || className.IsEmpty())
         return false;
-    command = ReadClassesDefault(className + TEXT("\\") + kOpenCommandPath);
-    return !command.IsEmpty();
+    // An empty command that is there is still a command: only a missing one
+    // leaves the extension free.
+    return ReadClassesDefault(className + TEXT("\\") + kOpenCommandPath, command);
 }
 
 bool Associate(LPCWSTR extension, LPCWSTR className, LPCWSTR description, LPCWSTR icon, LPCWSTR command)
@@ -101,7 +101,8 @@ bool Unassociate(LPCWSTR extension)
 {
     if (IsEmpty(extension))
         return false;
-    const CString className = ReadClassesDefault(extension);
+    CString className;
+    ReadClassesDefault(extension, className);
     DeleteKeyTree(HKEY_CLASSES_ROOT, extension);
     if (!className.IsEmpty())
         DeleteKeyTree(HKEY_CLASSES_ROOT, className);

@@ -6,8 +6,8 @@
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/SortedNames.h"
 #include "resources/resource.h"
-#include "views/SortedNames.h"
 
 namespace {
 

@@ -37,17 +37,21 @@ bool CValueList::ReadRowName(int row, CString& name) const
     name.Empty();
     if (row < 0)
         return false;
+    // Every name shown fits this buffer with room to spare; a text that
+    // fills it is not a whole name, and a read that fails is no name at all
+    // (not the default value's empty one).
     const size_t capacity = m_longestName + 2;
     LVITEMW item = {};
-    item.iSubItem = 0;
+    item.mask = LVIF_TEXT;
+    item.iItem = row;
     item.pszText = name.GetBuffer(capacity);
     item.cchTextMax = static_cast<int>(capacity);
-    const LRESULT length =
-        SendMessageW(m_list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    name.ReleaseBuffer(length < 0 ? 0 : static_cast<int>(length));
-    // Rows exist only while their names do, so an empty read of a row that
-    // is there is the default value's name.
-    return row < GetRowCount();
+    const bool read = SendMessageW(m_list, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) != FALSE;
+    name.ReleaseBuffer(read ? -1 : 0);
+    if (read && static_cast<size_t>(name.GetLength()) <= m_longestName)
+        return true;
+    name.Empty();
+    return false;
 }
 
 bool CValueList::GetSelectedValue(CString& name) const

@@ -3,7 +3,7 @@
 #include "framework/BinaryBuffer.h"
 #include "framework/Text.h"
 #include "registry/RegKey.h"
-#include "views/SortedNames.h"
+#include "registry/SortedNames.h"
 #include "views/ValueText.h"
 
 bool LoadValueRows(HKEY root, LPCWSTR path, const SCutValue* cut, std::vector<SValueRow>& rows)

@@ -261,20 +261,19 @@ TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClass)
               ERROR_SUCCESS);
     EXPECT_EQ(classLength, 7u);
 
-    // Creating an existing key gives it the new class, or none. (Wine does
-    // this; desktop Windows keeps the old class. The program reads classes
-    // only to copy them onto new keys.)
-    const struct {
-        LPCWSTR given;
-        const char* expected;
-    } creations[] = {{TEXT("other"), "other"}, {nullptr, ""}, {TEXT("third"), "third"}, {TEXT(""), ""}};
-    for (const auto& creation : creations) {
-        HKEY again = Create(m_key, W("Info"), creation.given);
+    // Creating an existing key (as every "open for writing, creating when
+    // missing" does) and writing into it keeps its class, whatever class the
+    // creation names; the disposition still says the key existed.
+    for (LPCWSTR given : {TEXT("other"), static_cast<LPCWSTR>(nullptr), TEXT("")}) {
+        DWORD disposition = 0;
+        HKEY again = Create(m_key, W("Info"), given, &disposition);
+        EXPECT_EQ(disposition, static_cast<DWORD>(REG_OPENED_EXISTING_KEY));
+        Set(again, W("written"), REG_BINARY, Bytes({1}));
         classLength = 260;
         EXPECT_EQ(m_platform.RegQueryInfoKeyW(again, className, &classLength, nullptr, nullptr, nullptr, nullptr,
                                               nullptr),
                   ERROR_SUCCESS);
-        EXPECT_EQ(CString(className), W(creation.expected));
+        EXPECT_EQ(CString(className), W("myclass"));
         m_platform.RegCloseKey(again);
     }
     m_platform.RegCloseKey(key);

@@ -6,6 +6,10 @@
 
 namespace {
 
+// Long enough for any healthy thread; a broken one fails the test instead of
+// hanging it.
+const DWORD kPatience = 10000;
+
 struct SWorker {
     HANDLE go;
     HANDLE done;
@@ -16,8 +20,8 @@ DWORD WINAPI WorkerMain(void* argument)
 {
     auto* worker = static_cast<SWorker*>(argument);
     Platform().SetThreadPriority(Platform().GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
-    Platform().WaitForSingleObject(worker->go, INFINITE);
-    ++worker->steps;
+    if (Platform().WaitForSingleObject(worker->go, kPatience) == WAIT_OBJECT_0)
+        ++worker->steps;
     Platform().SetEvent(worker->done);
     return 0;
 }
@@ -33,7 +37,7 @@ TEST(PlatformThreads, WorkerRunsWhenToldAndSignalsBack)
 
     platform.SetEvent(worker.go);
     const HANDLE both[] = {worker.done, thread};
-    EXPECT_EQ(platform.WaitForMultipleObjects(2, both, TRUE, INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
+    ASSERT_EQ(platform.WaitForMultipleObjects(2, both, TRUE, kPatience), static_cast<DWORD>(WAIT_OBJECT_0));
     EXPECT_EQ(worker.steps, 1);
     EXPECT_TRUE(platform.CloseHandle(thread));
     EXPECT_TRUE(platform.CloseHandle(worker.go));

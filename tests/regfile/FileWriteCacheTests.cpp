@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/FaultInjectingPlatform.h"
+#include "platform/PlatformHandle.h"
 #include "regfile/FileWriteCache.h"
-#include "regfile/Handle.h"
 #include "tests/support/TestFiles.h"
 
 namespace {

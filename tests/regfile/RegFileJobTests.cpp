@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/FaultInjectingPlatform.h"
-#include "regfile/Handle.h"
+#include "platform/PlatformHandle.h"
 #include "regfile/RegFileJob.h"
 #include "tests/support/TestFiles.h"
 
@@ -49,14 +49,14 @@ TEST(RegFileJob, FinishCancelAndStartAgain)
 
     for (bool outcome : {true, false}) {
         ASSERT_TRUE(job.Start(file.Path(), 3, outcome));
-        EXPECT_EQ(Platform().WaitForSingleObject(job.DoneEvent(), INFINITE), static_cast<DWORD>(WAIT_OBJECT_0));
+        ASSERT_EQ(Platform().WaitForSingleObject(job.DoneEvent(), 10000), static_cast<DWORD>(WAIT_OBJECT_0));
         EXPECT_TRUE(job.GetResult(result));
         EXPECT_EQ(result, outcome);
         EXPECT_FALSE(job.GetResult(result)) << "the result is taken once";
     }
 
     CShdHandle written(Platform().CreateFileW(file.Path(), GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL));
-    written.Close();
+    written.Reset();
     ASSERT_TRUE(job.Start(file.Path(), -1, true));
     EXPECT_FALSE(job.Start(file.Path(), 1, true)) << "one job at a time";
     job.Cancel(true);

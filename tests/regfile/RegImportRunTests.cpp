@@ -182,6 +182,13 @@ TEST_F(RegImportRunTest, LongLinesLongContinuationsAndTinyFiles)
     EXPECT_EQ(run.GetSize(), 400u * 25 + 1);
     EXPECT_EQ(text.GetSize(), 5001u * 2);
 
+    // A file cut off inside a value that announced more lines leaves no
+    // truncated value behind.
+    ASSERT_TRUE(ImportBytes(Utf16FileBytes(std::string(kHeader5) + "\r\n" + kKey + "\\Cut]\r\n\"v\"=hex:01,\\\r\n")));
+    CShdRegKey cut;
+    ASSERT_TRUE(cut.Open(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\Cut")));
+    EXPECT_FALSE(cut.ReadValue(W("v"), type, run));
+
     EXPECT_TRUE(ImportBytes("")) << "an empty file has nothing to import";
     EXPECT_TRUE(ImportBytes("\xFF\xFE"));
     EXPECT_FALSE(ImportBytes("x"));

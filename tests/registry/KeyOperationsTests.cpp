@@ -121,6 +121,10 @@ TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
         {"Foo(5)", {}, "Foo(5) (2)"},
         {"(5)", {}, "(5) (2)"},
         {" (5)", {}, " (2)"},
+        // Read into a 32-bit long: too large a number is its limit.
+        {"Foo (9300000000000000000)", {}, "Foo (2)"},
+        {"Foo (2147483648)", {}, "Foo (2)"},
+        {"Foo (-9300000000000000000)", {}, "Foo (-9300000000000000000) (2)"},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.source);

@@ -83,15 +83,25 @@ TEST_F(FileAssociationTest, InstallReplacesAnotherProgramsClassWholeAndRemoveTak
     EXPECT_FALSE(IsAssociated());
 }
 
-TEST_F(FileAssociationTest, AClassWithoutOpenCommandBelongsToNoProgram)
+TEST_F(FileAssociationTest, OnlyAClassWithoutOpenCommandBelongsToNoProgram)
 {
     SetInstallDir(REG_SZ, "\\Program Files\\Quenda");
     SetDefault(".reg", "QuendaTestClass");
     SetDefault("QuendaTestClass\\DefaultIcon", "x.dll,-1");
-    CString command = W("sentinel");
-    EXPECT_FALSE(GetOpenCommand(W(".REG"), command));
-    EXPECT_EQ(command, W(""));
-    EXPECT_EQ(CheckRegFileAssociation(), ERegFileAssociation::Free);
+    // In order: no command at all, then one that is there but empty.
+    const struct {
+        const char* command;
+        bool found;
+        ERegFileAssociation state;
+    } cases[] = {{nullptr, false, ERegFileAssociation::Free}, {"", true, ERegFileAssociation::OtherProgram}};
+    for (const auto& c : cases) {
+        if (c.command != nullptr)
+            SetDefault("QuendaTestClass\\Shell\\Open\\Command", c.command);
+        CString command = W("sentinel");
+        EXPECT_EQ(GetOpenCommand(W(".REG"), command), c.found);
+        EXPECT_EQ(command, W(""));
+        EXPECT_EQ(CheckRegFileAssociation(), c.state);
+    }
     EXPECT_TRUE(RemoveRegFileAssociation());
     EXPECT_EQ(Association(), "--\n");
 }

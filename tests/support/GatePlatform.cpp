@@ -1,6 +1,16 @@
 #include "tests/support/GatePlatform.h"
 
+#include <gtest/gtest.h>
+
 #include "framework/Text.h"
+
+namespace {
+
+// Long enough for any healthy worker; a broken one fails the test instead of
+// hanging it.
+const DWORD kPatience = 10000;
+
+}  // namespace
 
 CGatePlatform::CGatePlatform()
     : m_system(SystemPlatform()), m_reached(m_system.CreateEventW(TRUE, FALSE)),
@@ -16,7 +26,7 @@ CGatePlatform::~CGatePlatform()
 
 bool CGatePlatform::WaitUntilReached()
 {
-    return m_system.WaitForSingleObject(m_reached, 10000) == WAIT_OBJECT_0;
+    return m_system.WaitForSingleObject(m_reached, kPatience) == WAIT_OBJECT_0;
 }
 
 LONG CGatePlatform::RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY* result)
@@ -25,7 +35,8 @@ LONG CGatePlatform::RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, RE
         ++m_opensAfterRelease;
     else if (subKey != nullptr && !m_gateKey.IsEmpty() && CompareNoCase(subKey, m_gateKey) == 0) {
         m_system.SetEvent(m_reached);
-        m_system.WaitForSingleObject(m_released, INFINITE);
+        if (m_system.WaitForSingleObject(m_released, kPatience) != WAIT_OBJECT_0)
+            ADD_FAILURE() << "the worker waited at the gate for ten seconds: nothing released it";
     }
     return CFaultInjectingPlatform::RegOpenKeyExW(parent, subKey, options, sam, result);
 }

@@ -6,8 +6,8 @@
 
 // A platform for tests of a worker thread, with the faults of its base: the
 // worker stops when it opens the key named by PauseAt, until the test sets
-// any event (the job's cancel request, say). Keys opened after that are
-// counted.
+// any event (the job's cancel request, say), or for at most ten seconds,
+// which fails the test. Keys opened after that are counted.
 class CGatePlatform : public CFaultInjectingPlatform {
 public:
     CGatePlatform();

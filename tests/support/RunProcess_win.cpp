@@ -4,6 +4,12 @@
 
 #include <string>
 
+namespace {
+
+const DWORD kPatienceMilliseconds = 30000;
+
+}  // namespace
+
 long RunProcess(const CString& commandLine)
 {
     std::wstring line(commandLine.GetString());
@@ -13,9 +19,14 @@ long RunProcess(const CString& commandLine)
     if (!CreateProcessW(nullptr, &line[0], nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &startup,
                         &process))
         return -1;
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.hProcess, &exitCode);
+    // The programs run here end at once; one that does not is stopped.
+    DWORD exitCode = static_cast<DWORD>(-1);
+    if (WaitForSingleObject(process.hProcess, kPatienceMilliseconds) == WAIT_OBJECT_0) {
+        GetExitCodeProcess(process.hProcess, &exitCode);
+    } else {
+        TerminateProcess(process.hProcess, exitCode);
+        WaitForSingleObject(process.hProcess, kPatienceMilliseconds);
+    }
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
     return static_cast<long>(exitCode);

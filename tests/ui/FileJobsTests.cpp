@@ -16,7 +16,8 @@
 namespace {
 
 // Holds the worker when it opens the key `m_pauseAt`, until any event is
-// set (the cancel, say) or `m_pauseLimit` milliseconds pass; notes the root
+// set (the cancel, say) or `m_pauseLimit` milliseconds pass (never forever:
+// a job that is not cancelled then goes on, and the test fails); notes the root
 // of the first key the worker opens.
 class CPausingPlatform : public CFaultInjectingPlatform {
 public:
@@ -38,7 +39,7 @@ public:
     }
 
     CString m_pauseAt;
-    DWORD m_pauseLimit = INFINITE;
+    DWORD m_pauseLimit = 10000;
     HKEY m_firstParent = nullptr;
 
 private:

@@ -1,5 +1,7 @@
 #include "tests/ui/UiTestSupport.h"
 
+#include <gtest/gtest.h>
+
 #include <map>
 
 #include "framework/DpiScale.h"
@@ -10,6 +12,9 @@ namespace {
 // The running scripts by their timers.
 std::map<UINT_PTR, CModalScript*> g_scripts;
 const UINT kStepMilliseconds = 30;
+// How long a script waits for its step to become ready, or for its modal
+// loop to end after its last step.
+const DWORD kPatienceMilliseconds = 15000;
 // The soft-key bar's height in design units.
 const int kSoftKeyBarDesign = 26;
 
@@ -29,7 +34,8 @@ void PumpMessages()
     }
 }
 
-CModalScript::CModalScript(std::vector<std::function<void()>> steps) : m_steps(std::move(steps))
+CModalScript::CModalScript(std::vector<std::function<void()>> steps)
+    : m_steps(std::move(steps)), m_lastStepTime(GetTickCount())
 {
     m_timer = SetTimer(nullptr, 0, kStepMilliseconds, OnTimer);
     g_scripts[m_timer] = this;
@@ -53,11 +59,42 @@ void CALLBACK CModalScript::OnTimer(HWND, UINT, UINT_PTR timer, DWORD)
     if (found == g_scripts.end())
         return;
     CModalScript* script = found->second;
+    if (GetTickCount() - script->m_lastStepTime > kPatienceMilliseconds) {
+        script->GiveUp();
+        return;
+    }
     if (script->Finished() || (script->m_ready && !script->m_ready()))
         return;
     // A step may run a nested loop; the next one waits for this one.
     const size_t step = script->m_next++;
     script->m_steps[step]();
+    script->m_lastStepTime = GetTickCount();
+}
+
+// Ends whatever modal loop holds the thread: the test goes on, and fails.
+// Tried again at every tick until the loop has ended.
+void CModalScript::GiveUp()
+{
+    if (!m_gaveUp)
+        ADD_FAILURE() << "a scripted modal window was still waiting after " << kPatienceMilliseconds / 1000
+                      << " s (step " << m_next << " of " << m_steps.size() << "); closing it";
+    m_gaveUp = true;
+    m_next = m_steps.size();
+    EndMenu();
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM) {
+            WCHAR className[16] = {};
+            GetClassNameW(window, className, 16);
+            if (IsWindowVisible(window) && lstrcmpW(className, L"#32770") == 0) {
+                // A dialog box ends at once; a property sheet, or a modeless
+                // box with a loop of its own, ends on its Cancel command.
+                PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+                EndDialog(window, IDCANCEL);
+            }
+            return TRUE;
+        },
+        0);
 }
 
 CTestFrame::CTestFrame()

@@ -17,7 +17,10 @@ void PumpMessages();
 // loop the thread runs meanwhile (a dialog's or a property sheet's), so that
 // a test can drive a modal window with real messages. Each step sees what the
 // previous one's messages did. With `ready`, the single step waits until it
-// holds. Several scripts may run at once.
+// holds. Several scripts may run at once. A script that waits too long for
+// its step, or whose modal loop still runs too long after its last step,
+// fails the test and closes the thread's dialogs and menus, so that a broken
+// build fails in seconds instead of hanging.
 class CModalScript {
 public:
     explicit CModalScript(std::vector<std::function<void()>> steps);
@@ -30,10 +33,15 @@ public:
 private:
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
 
+    void GiveUp();
+
     std::vector<std::function<void()>> m_steps;
     std::function<bool()> m_ready;
     size_t m_next = 0;
     UINT_PTR m_timer = 0;
+    // When the last step ran (or the script began).
+    DWORD m_lastStepTime = 0;
+    bool m_gaveUp = false;
 };
 
 // A visible top-level window of the default class that records what it is

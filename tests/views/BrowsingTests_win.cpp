@@ -279,6 +279,16 @@ TEST_F(ValueListTest, RenamingAValueReportsTheKeyAndBothNames)
     Write(TEXT("old"), REG_SZ, Utf16Bytes(W("1"), true));
     ASSERT_TRUE(m_host.m_tree.NavigateTo(HKEY_CURRENT_USER, m_scratch.Path()));
     SetFocus(List());
+    // A row whose text cannot be read whole names no value: no rename.
+    LVITEMW longer = {};
+    longer.pszText = const_cast<LPWSTR>(L"older");
+    SendMessageW(List(), LVM_SETITEMTEXTW, 0, reinterpret_cast<LPARAM>(&longer));
+    CString name = W("sentinel");
+    EXPECT_FALSE(m_host.m_values.ReadRowName(0, name));
+    EXPECT_EQ(name, W(""));
+    EXPECT_EQ(SendMessageW(List(), LVM_EDITLABELW, 0, 0), 0);
+    m_host.m_values.Fill(nullptr, false, nullptr);
+
     const HWND edit = reinterpret_cast<HWND>(SendMessageW(List(), LVM_EDITLABELW, 0, 0));
     ASSERT_NE(edit, nullptr);
     SetWindowTextW(edit, L"new");

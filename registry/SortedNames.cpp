@@ -1,6 +1,7 @@
-#include "views/SortedNames.h"
+#include "registry/SortedNames.h"
 
 #include <algorithm>
+#include <new>
 
 #include "framework/Text.h"
 #include "registry/RegKey.h"
@@ -19,13 +20,19 @@ void SortNamesNoCase(std::vector<CString>& names)
     std::sort(names.begin(), names.end(), LessNoCase);
 }
 
-void ReadSortedSubkeyNames(CShdRegKey& key, std::vector<CString>& names)
+bool ReadSortedSubkeyNames(CShdRegKey& key, std::vector<CString>& names)
 {
     names.clear();
     CString name;
-    for (DWORD index = 0; key.EnumSubkeyFast(index, name); ++index)
-        names.push_back(name);
+    try {
+        for (DWORD index = 0; key.EnumSubkeyFast(index, name); ++index)
+            names.push_back(name);
+    } catch (const std::bad_alloc&) {
+        names.clear();
+        return false;
+    }
     SortNamesNoCase(names);
+    return true;
 }
 
 bool SortedNamesContain(const std::vector<CString>& names, LPCWSTR name)
