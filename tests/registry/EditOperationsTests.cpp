@@ -4,7 +4,6 @@
 
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/EditOperations.h"
-#include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 #include "tests/support/RegistryDump.h"
@@ -13,49 +12,59 @@
 
 namespace {
 
-// The failure paths of the edits: what the user is told and what the
-// registry holds afterwards, with one call failing.
+using FFault = std::function<void(CFaultInjectingPlatform&)>;
+using FEdit = std::function<EEditMessage(const CString& scratch)>;
+
+// Pastes the cut key `source` into Dst.
+EEditMessage MoveKey(const CString& scratch, const char* source)
+{
+    CRegClipboard clipboard;
+    clipboard.Put(CRegClipboard::kCutKey, HKEY_CURRENT_USER, ChildKeyPath(scratch, W(source)), nullptr);
+    SKeyCopy plan;
+    EEditMessage message = EEditMessage::kNone;
+    if (PlanKeyPaste(clipboard, HKEY_CURRENT_USER, ChildKeyPath(scratch, W("Dst")), plan, message))
+        message = RunKeyCopy(plan, clipboard).message;
+    return message;
+}
+
+// The failure paths that take a failing registry call: what the user is
+// told and what the registry holds afterwards.
 TEST(EditOperations, FailuresSayWhatHappenedAndLeaveNothingHalfDone)
 {
-    const char* const kBefore = ".\nDst\nSrc (cls)\n  \"a\" 4: 01 00 00 00\n  \"b\" 4: 02 00 00 00\n"
-                                "Src\\Child\n  \"c\" 4: 03 00 00 00\n";
+    const std::string kSrc = "Src (cls)\n  \"a\" 4: 01 00 00 00\n";
     const struct {
         const char* name;
-        std::function<void(CFaultInjectingPlatform&)> fault;
-        CRegClipboard::EKind kind;
-        const char* clipPath;
-        // Runs the edit on the scratch key's path; returns its message.
-        std::function<EEditMessage(CRegClipboard&, const CString&)> edit;
+        FFault fault;
+        FEdit edit;
         EEditMessage expected;
-        const char* dump;
+        std::string dump;
     } cases[] = {
-        {"a partial copy that stays", [](CFaultInjectingPlatform& f) {
-             f.FailValueWrite(W("b"));
-             f.FailKeyDelete(W("Src"));
-         },
-         CRegClipboard::kCutKey, "Src", nullptr, EEditMessage::kCopyKeyNotFinished,
-         ".\nDst\nDst\\Src (cls)\nSrc (cls)\n  \"a\" 4: 01 00 00 00\n  \"b\" 4: 02 00 00 00\n"
-         "Src\\Child\n  \"c\" 4: 03 00 00 00\n"},
+        {"a partial copy that stays",
+         [](CFaultInjectingPlatform& f) { f.FailValueWrite(W("c")), f.FailKeyDelete(W("Child")); },
+         [](const CString& scratch) { return MoveKey(scratch, "Src"); }, EEditMessage::kCopyKeyNotFinished,
+         ".\nDst\nDst\\Src (cls)\nDst\\Src\\Child\n" + kSrc +
+             "Src\\Child\n  \"c\" 4: 03 00 00 00\n"},
         {"a move whose source stays", [](CFaultInjectingPlatform& f) { f.FailKeyDelete(W("Child")); },
-         CRegClipboard::kCutKey, "Src\\Child", nullptr, EEditMessage::kKeyDeletionNotFinished,
-         ".\nDst\nDst\\Child\n  \"c\" 4: 03 00 00 00\nSrc (cls)\n  \"a\" 4: 01 00 00 00\n  \"b\" 4: 02 00 00 00\n"
-         "Src\\Child\n"},
+         [](const CString& scratch) { return MoveKey(scratch, "Src\\Child"); }, EEditMessage::kKeyDeletionNotFinished,
+         ".\nDst\nDst\\Child\n  \"c\" 4: 03 00 00 00\n" + kSrc + "Src\\Child\n"},
         {"a refused new key name", [](CFaultInjectingPlatform& f) { f.FailOpen(W("New")); },
-         CRegClipboard::kCutKey, "Src", [](CRegClipboard& clip, const CString& path) {
+         [](const CString& scratch) {
+             CRegClipboard clipboard;
              SKeyCopy plan;
-             EEditMessage message;
-             return PlanKeyRename(clip, HKEY_CURRENT_USER, path, W("Src"), W("New"), plan, message)
-                        ? RunKeyCopy(plan, clip).message
+             EEditMessage message = EEditMessage::kNone;
+             return PlanKeyRename(clipboard, HKEY_CURRENT_USER, scratch, W("Src"), W("New"), plan, message)
+                        ? RunKeyCopy(plan, clipboard).message
                         : message;
          },
-         EEditMessage::kKeyRenameFailed, kBefore},
+         EEditMessage::kKeyRenameFailed, ".\nDst\n" + kSrc + "Src\\Child\n  \"c\" 4: 03 00 00 00\n"},
         {"an old value that stays", [](CFaultInjectingPlatform& f) { f.FailValueDelete(W("a")); },
-         CRegClipboard::kCutValue, "Src", [](CRegClipboard& clip, const CString& path) {
-             return RenameRegValue(clip, HKEY_CURRENT_USER, ChildKeyPath(path, W("Src")), W("a"), W("z")).message;
+         [](const CString& scratch) {
+             CRegClipboard clipboard;
+             return RenameRegValue(clipboard, HKEY_CURRENT_USER, ChildKeyPath(scratch, W("Src")), W("a"), W("z"))
+                 .message;
          },
          EEditMessage::kValueRenameNotFinished,
-         ".\nDst\nSrc (cls)\n  \"a\" 4: 01 00 00 00\n  \"b\" 4: 02 00 00 00\n  \"z\" 4: 01 00 00 00\n"
-         "Src\\Child\n  \"c\" 4: 03 00 00 00\n"},
+         ".\nDst\n" + kSrc + "  \"z\" 4: 01 00 00 00\nSrc\\Child\n  \"c\" 4: 03 00 00 00\n"},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
@@ -63,26 +72,12 @@ TEST(EditOperations, FailuresSayWhatHappenedAndLeaveNothingHalfDone)
         CScopedPlatform scoped(faults);
         CScratchKey scratch(TEXT("EditOperations"));
         CShdRegKey(true).Create(scratch.Handle(), W("Dst"), nullptr);
-        CShdRegKey classy(true);
-        ASSERT_TRUE(classy.Create(scratch.Handle(), W("Src"), W("cls")));
-        ASSERT_TRUE(classy.WriteDword(W("a"), 1) && classy.WriteDword(W("b"), 2));
-        WriteTestValue(scratch.Handle(), W("Src\\Child"), W("c"), REG_DWORD, Bytes({3, 0, 0, 0}));
-        classy.Close();
+        CShdRegKey source(true);
+        ASSERT_TRUE(source.Create(scratch.Handle(), W("Src"), W("cls")) && source.WriteDword(W("a"), 1));
+        WriteTestValue(source.GetHandle(), W("Child"), W("c"), REG_DWORD, Bytes({3, 0, 0, 0}));
+        source.Close();
         item.fault(faults);
-
-        CRegClipboard clipboard;
-        clipboard.Put(item.kind, HKEY_CURRENT_USER, ChildKeyPath(scratch.Path(), W(item.clipPath)), W("a"));
-        const CString target = ChildKeyPath(scratch.Path(), W("Dst"));
-        EEditMessage message = EEditMessage::kNone;
-        if (item.edit) {
-            message = item.edit(clipboard, scratch.Path());
-        } else if (clipboard.HoldsValue()) {
-            message = PasteRegValue(clipboard, HKEY_CURRENT_USER, target, [] { return true; }).message;
-        } else {
-            SKeyCopy plan;
-            if (PlanKeyPaste(clipboard, HKEY_CURRENT_USER, target, plan, message))
-                message = RunKeyCopy(plan, clipboard).message;
-        }
+        const EEditMessage message = item.edit(scratch.Path());
         faults.Clear();
         EXPECT_EQ(message, item.expected);
         EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, scratch.Path()), item.dump);
