@@ -55,6 +55,37 @@ void CMainWnd::OnCommand(UINT command)
     case IDM_BACK_TAB_KEY:
         MoveFocus(false);
         break;
+    case IDM_VALUE_DELETE:
+        DeleteValue();
+        break;
+    case IDM_KEY_DELETE:
+        DeleteKey();
+        break;
+    case IDM_VALUE_RENAME:
+        m_values.EditSelectedLabel();
+        break;
+    case IDM_KEY_RENAME:
+        m_regTree.EditSelectedLabel();
+        break;
+    case IDM_VALUE_CUT:
+        PutOnClipboard(CRegClipboard::kCutValue);
+        break;
+    case IDM_VALUE_COPY:
+        PutOnClipboard(CRegClipboard::kCopiedValue);
+        break;
+    case IDM_KEY_CUT:
+        PutOnClipboard(CRegClipboard::kCutKey);
+        break;
+    case IDM_KEY_COPY:
+        PutOnClipboard(CRegClipboard::kCopiedKey);
+        break;
+    case IDM_VALUE_PASTE:
+        Paste(true);
+        break;
+    case IDM_KEY_PASTE:
+    case IDM_KEY_PASTE_CONTEXT:
+        Paste(false);
+        break;
     case IDM_DELETE_KEY:
         if (GetFocus() == m_tree)
             OnCommand(IDM_KEY_DELETE);
@@ -82,7 +113,7 @@ SMenuContext CMainWnd::GetMenuContext() const
     context.rootKey = context.keySelected && path.IsEmpty();
     CString value;
     context.valueSelected = GetSelectedValue(value);
-    context.clipboardKind = m_clipboardKind;
+    context.clipboardKind = m_clipboard.GetKind();
     context.toolbarAllowed = Settings().GetShowSearchToolbar();
     return context;
 }

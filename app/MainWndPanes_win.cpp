@@ -109,14 +109,15 @@ LRESULT CMainWnd::OnNotify(const NMHDR* header)
     if (header->hwndFrom == m_tree) {
         if (header->code == TVN_SELCHANGEDW)
             OnTreeSelectionChanged();
-        // Key renames and value edits arrive with the key and value
-        // commands; until then an ended edit changes nothing.
         m_regTree.OnNotify(header, result);
+        if (header->code == TVN_ENDLABELEDITW && m_regTree.GetLabelEdit().renameRequested)
+            PostMessageW(GetHwnd(), kRenameMessage, kRenameKey, 0);
         return result;
     }
     if (m_list != nullptr && static_cast<int>(header->code) == kListChildNotification &&
         GetParent(header->hwndFrom) == m_list)
         return 1;
-    m_values.OnNotify(header, result);
+    if (m_values.OnNotify(header, result) == CValueList::kRenameValue)
+        PostMessageW(GetHwnd(), kRenameMessage, kRenameValue, 0);
     return result;
 }

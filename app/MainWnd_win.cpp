@@ -49,6 +49,7 @@ CMainWnd::CMainWnd()
     m_interactiveClass.Register(kInteractiveClassName, 0, face);
     m_commandLineClass.Register(kCommandLineClassName, 0, face);
     m_activateInfo.cbSize = sizeof(m_activateInfo);
+    m_clipboard.SetObserver(this);
 }
 
 CMainWnd::~CMainWnd()
@@ -198,6 +199,12 @@ LRESULT CMainWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case kStartupMessage:
         OnStartup();
+        return 0;
+    case kRenameMessage:
+        if (wParam == kRenameKey)
+            RenameKey();
+        else
+            RenameValue();
         return 0;
     default:
         break;

@@ -11,6 +11,8 @@
 #include "framework/CString.h"
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdWnd.h"
+#include "registry/EditOperations.h"
+#include "registry/RegClipboard.h"
 #include "views/RegTree_win.h"
 #include "views/ValueList_win.h"
 
@@ -24,10 +26,14 @@ void SetAppInstance(HINSTANCE instance);
 // focus between the panes, and restores and saves the last position. In
 // command-line mode it runs the command line's verbs once it exists, then
 // closes itself, saving nothing.
-class CMainWnd : public CShdWnd {
+class CMainWnd : public CShdWnd, private CRegClipboard::IObserver {
 public:
     static const UINT kStartupMessage = WM_APP + 100;
     static const UINT kSplitterMessage = WM_USER + 1;
+    // Posted when an in-place rename ends, so that the rename runs after the
+    // control has finished with its edit: wParam kRenameKey or kRenameValue.
+    static const UINT kRenameMessage = WM_APP + 101;
+    enum ERename { kRenameKey, kRenameValue };
     static const UINT kTreeId = 101;
     static const UINT kListId = 102;
     static const UINT kSplitterId = 103;
@@ -85,6 +91,19 @@ private:
     void RestorePosition();
     void SavePosition();
 
+    // Delete, rename, cut, copy and paste of keys and values, in
+    // MainWndEdit_win.cpp.
+    void DeleteValue();
+    void DeleteKey();
+    void RenameValue();
+    void RenameKey();
+    void PutOnClipboard(CRegClipboard::EKind kind);
+    void Paste(bool valuesOnly);
+    void PasteValue();
+    void PasteKey();
+    void OnClipboardClearing(const CRegClipboard& clipboard) override;
+    int ShowEditMessage(EEditMessage message);
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;
@@ -99,6 +118,6 @@ private:
     CSplitterWnd m_splitter;
     CKeyNameWnd m_keyName;
     CPaneSplit m_split;
-    // 0 empty; 1 or 2 values; 3 or 4 a key.
-    int m_clipboardKind = 0;
+    // The program's own clipboard of one key or value.
+    CRegClipboard m_clipboard;
 };

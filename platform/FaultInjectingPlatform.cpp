@@ -20,6 +20,18 @@ void CFaultInjectingPlatform::FailValueWrite(LPCWSTR valueName, LONG error)
     m_writeFaults.push_back({valueName, error});
 }
 
+void CFaultInjectingPlatform::FailKeyDelete(LPCWSTR keyName, LONG error)
+{
+    std::lock_guard<std::mutex> lock(m_lock);
+    m_keyDeleteFaults.push_back({keyName, error});
+}
+
+void CFaultInjectingPlatform::FailValueDelete(LPCWSTR valueName, LONG error)
+{
+    std::lock_guard<std::mutex> lock(m_lock);
+    m_valueDeleteFaults.push_back({valueName, error});
+}
+
 void CFaultInjectingPlatform::FailValueWritesAfter(int count, LONG error)
 {
     std::lock_guard<std::mutex> lock(m_lock);
@@ -45,6 +57,8 @@ void CFaultInjectingPlatform::Clear()
     std::lock_guard<std::mutex> lock(m_lock);
     m_openFaults.clear();
     m_writeFaults.clear();
+    m_keyDeleteFaults.clear();
+    m_valueDeleteFaults.clear();
     m_writesLeft = -1;
     m_fileLimited = false;
     m_failThreads = false;
@@ -61,7 +75,7 @@ bool CFaultInjectingPlatform::FindFault(const std::vector<SNamedFault>& faults, 
     return true;
 }
 
-LONG CFaultInjectingPlatform::OpenFault(LPCWSTR subKey) const
+LONG CFaultInjectingPlatform::KeyFault(const std::vector<SNamedFault>& faults, LPCWSTR subKey) const
 {
     CString path(subKey);
     while (!path.IsEmpty() && path.GetAt(path.GetLength() - 1) == '\\')
@@ -69,14 +83,14 @@ LONG CFaultInjectingPlatform::OpenFault(LPCWSTR subKey) const
     const CString lastName = path.Mid(static_cast<size_t>(path.ReverseFind('\\') + 1));
     std::lock_guard<std::mutex> lock(m_lock);
     LONG error = ERROR_SUCCESS;
-    FindFault(m_openFaults, lastName, &error);
+    FindFault(faults, lastName, &error);
     return error;
 }
 
 LONG CFaultInjectingPlatform::RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY* result)
 {
     ++m_registryCalls;
-    const LONG fault = OpenFault(subKey);
+    const LONG fault = KeyFault(m_openFaults, subKey);
     if (fault != ERROR_SUCCESS) {
         *result = nullptr;
         return fault;
@@ -88,7 +102,7 @@ LONG CFaultInjectingPlatform::RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWS
                                               REGSAM sam, HKEY* result, DWORD* disposition)
 {
     ++m_registryCalls;
-    const LONG fault = OpenFault(subKey);
+    const LONG fault = KeyFault(m_openFaults, subKey);
     if (fault != ERROR_SUCCESS) {
         *result = nullptr;
         return fault;
@@ -155,12 +169,21 @@ LONG CFaultInjectingPlatform::RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD
 LONG CFaultInjectingPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 {
     ++m_registryCalls;
+    const LONG fault = KeyFault(m_keyDeleteFaults, subKey);
+    if (fault != ERROR_SUCCESS)
+        return fault;
     return CForwardingPlatform::RegDeleteKeyW(parent, subKey);
 }
 
 LONG CFaultInjectingPlatform::RegDeleteValueW(HKEY key, LPCWSTR name)
 {
     ++m_registryCalls;
+    {
+        std::lock_guard<std::mutex> lock(m_lock);
+        LONG error = ERROR_SUCCESS;
+        if (FindFault(m_valueDeleteFaults, name, &error))
+            return error;
+    }
     return CForwardingPlatform::RegDeleteValueW(key, name);
 }
 

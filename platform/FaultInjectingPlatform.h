@@ -20,6 +20,10 @@ public:
     void FailOpen(LPCWSTR keyName, LONG error = ERROR_ACCESS_DENIED);
     // Writing the value `valueName` fails with `error`.
     void FailValueWrite(LPCWSTR valueName, LONG error = ERROR_ACCESS_DENIED);
+    // Deleting a key whose last path name is `keyName`, or the value
+    // `valueName`, fails with `error`.
+    void FailKeyDelete(LPCWSTR keyName, LONG error = ERROR_ACCESS_DENIED);
+    void FailValueDelete(LPCWSTR valueName, LONG error = ERROR_ACCESS_DENIED);
     // After `count` more successful value writes, every write fails.
     void FailValueWritesAfter(int count, LONG error = ERROR_ACCESS_DENIED);
     // Files accept only `bytes` more bytes in all; a write that would pass
@@ -57,11 +61,14 @@ private:
     };
 
     bool FindFault(const std::vector<SNamedFault>& faults, LPCWSTR name, LONG* error) const;
-    LONG OpenFault(LPCWSTR subKey) const;
+    // The fault for a key path, found by its last name.
+    LONG KeyFault(const std::vector<SNamedFault>& faults, LPCWSTR subKey) const;
 
     mutable std::mutex m_lock;
     std::vector<SNamedFault> m_openFaults;
     std::vector<SNamedFault> m_writeFaults;
+    std::vector<SNamedFault> m_keyDeleteFaults;
+    std::vector<SNamedFault> m_valueDeleteFaults;
     int m_writesLeft = -1;
     LONG m_writesLeftError = ERROR_SUCCESS;
     bool m_fileLimited = false;

@@ -3,7 +3,6 @@
 #include "framework/BinaryBuffer.h"
 #include "framework/Text.h"
 #include "platform/Platform.h"
-#include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 
 namespace {
@@ -33,33 +32,68 @@ LONG ParseLong(const CString& text)
     return static_cast<LONG>(negative ? -value : value);
 }
 
-bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath)
+// Only the top of the copy is flushed: a flush writes the whole hive, so
+// once at the end covers every key below it.
+bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath, bool flush)
 {
     CShdRegKey source(false);
     if (!source.Open(sourceRoot, sourcePath))
         return false;
-    CString className;
-    source.GetClass(className);
-    CShdRegKey target(true);
-    if (!target.Create(targetRoot, targetPath, className))
+    // One query gives the class and both counts.
+    CString text;
+    DWORD subkeys = 0;
+    DWORD values = 0;
+    bool ok = source.GetInfo(text, subkeys, values);
+    CShdRegKey target(flush);
+    if (!target.Create(targetRoot, targetPath, text))
         return false;
 
-    bool ok = true;
-    CString name;
     DWORD type = 0;
     CShdBinaryBuffer data;
-    const DWORD values = source.ValueCount();
+    // Name, type and data arrive in one call.
     for (DWORD index = 0; index < values; ++index) {
-        if (!source.EnumValueName(index, name, type) || !source.ReadValue(name, type, data) ||
-            !target.WriteValue(name, type, data.GetData(), static_cast<DWORD>(data.GetSize())))
+        if (!source.EnumValue(index, text, type, data) ||
+            !target.WriteValue(text, type, data.GetData(), static_cast<DWORD>(data.GetSize())))
             ok = false;
     }
-    const DWORD subkeys = source.SubkeyCount();
     for (DWORD index = 0; index < subkeys; ++index) {
-        if (!source.EnumSubkey(index, name) || !CopyTree(source.GetHandle(), name, target.GetHandle(), name))
+        if (!source.EnumSubkey(index, text) || !CopyTree(source.GetHandle(), text, target.GetHandle(), text, false))
             ok = false;
     }
     return ok;
+}
+
+// Deletes the key `name` below `parent` with what lies below it. The key's
+// values go with it; they are deleted one by one only when the key itself
+// cannot go, so that a key that stays keeps nothing that could be removed.
+void DeleteTree(HKEY parent, LPCWSTR name)
+{
+    {
+        CShdRegKey key;
+        if (key.Open(parent, name)) {
+            CString subkey;
+            // From the last subkey down, so that each deletion leaves the
+            // indexes still to visit where they were.
+            for (DWORD index = key.SubkeyCount(); index-- > 0;) {
+                if (key.EnumSubkey(index, subkey))
+                    DeleteTree(key.GetHandle(), subkey);
+            }
+        }
+    }
+    if (Platform().RegDeleteKeyW(parent, name) == ERROR_SUCCESS)
+        return;
+    CShdRegKey key;
+    if (!key.Open(parent, name))
+        return;
+    CString value;
+    DWORD type = 0;
+    DWORD count = key.ValueCount();
+    for (DWORD index = 0; index < count;) {
+        if (key.EnumValueName(index, value, type) && key.DeleteValue(value))
+            --count;
+        else
+            ++index;
+    }
 }
 
 }  // namespace
@@ -72,36 +106,18 @@ bool CopyKeyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR t
     // subkeys still to copy, for ever.
     if (sourceRoot == targetRoot && (*source == 0 || IsSameOrDescendant(targetRoot, target, sourceRoot, source, true)))
         return false;
-    return CopyTree(sourceRoot, source, targetRoot, target);
+    return CopyTree(sourceRoot, source, targetRoot, target, true);
 }
 
 bool DeleteKeyTree(HKEY root, LPCWSTR path)
 {
-    const CString keyPath(path != nullptr ? path : TEXT(""));
-    {
-        CShdRegKey key(true);
-        if (key.Open(root, keyPath)) {
-            CString name;
-            // From the last subkey down, so that each deletion leaves the
-            // indexes still to visit where they were.
-            for (DWORD index = key.SubkeyCount(); index-- > 0;) {
-                if (key.EnumSubkeyFast(index, name))
-                    DeleteKeyTree(root, ChildKeyPath(keyPath, name));
-            }
-            DWORD type = 0;
-            DWORD count = key.ValueCount();
-            for (DWORD index = 0; index < count;) {
-                if (key.EnumValueName(index, name, type) && key.DeleteValue(name))
-                    --count;
-                else
-                    ++index;
-            }
-        }
-    }
-    Platform().RegDeleteKeyW(root, keyPath);
+    // A root key cannot be deleted; its subkeys are not this call's to take.
+    if (path == nullptr || *path == 0)
+        return false;
+    DeleteTree(root, path);
     Platform().RegFlushKey(root);
     CShdRegKey check;
-    return !check.Open(root, keyPath);
+    return !check.Open(root, path);
 }
 
 bool IsSameOrDescendant(HKEY rootA, LPCWSTR pathA, HKEY rootB, LPCWSTR pathB, bool allowEqual)

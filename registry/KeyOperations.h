@@ -18,6 +18,7 @@ bool CopyKeyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR t
 
 // Deletes a key with its whole subtree, removing as much as it can. True if
 // the key can no longer be opened afterwards (so a missing key is a success).
+// A root key (an empty path) is left alone: false.
 bool DeleteKeyTree(HKEY root, LPCWSTR path);
 
 // True if key A is key B or lies below it (equal paths only with allowEqual),

@@ -300,7 +300,16 @@ bool CShdRegKey::EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBu
 
 bool CShdRegKey::GetClass(CString& text)
 {
-    text.Empty();
+    DWORD subkeys = 0;
+    DWORD values = 0;
+    return GetInfo(text, subkeys, values);
+}
+
+bool CShdRegKey::GetInfo(CString& className, DWORD& subkeys, DWORD& values)
+{
+    className.Empty();
+    subkeys = 0;
+    values = 0;
     if (m_key == nullptr)
         return false;
     DWORD capacity = 260;
@@ -308,12 +317,14 @@ bool CShdRegKey::GetClass(CString& text)
     for (;;) {
         buffer.assign(capacity + 1, 0);
         DWORD length = capacity;
-        const LONG status = Platform().RegQueryInfoKeyW(m_key, buffer.data(), &length, nullptr, nullptr, nullptr,
+        const LONG status = Platform().RegQueryInfoKeyW(m_key, buffer.data(), &length, &subkeys, nullptr, &values,
                                                         nullptr, nullptr);
         if (status == ERROR_SUCCESS && length < capacity) {
-            text = CString(buffer.data(), length);
+            className = CString(buffer.data(), length);
             return true;
         }
+        subkeys = 0;
+        values = 0;
         if (!NextCapacity(status, length, capacity))
             return false;
     }

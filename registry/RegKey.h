@@ -52,6 +52,8 @@ public:
     bool EnumValueNameFast(DWORD index, CString& name, DWORD& type);
     bool EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBuffer& data);
     bool GetClass(CString& text);
+    // The class string and the numbers of subkeys and values, in one query.
+    bool GetInfo(CString& className, DWORD& subkeys, DWORD& values);
 
 private:
     bool EnumSubkeyFrom(DWORD index, DWORD capacity, CString& name);

@@ -1,5 +1,6 @@
 #include "views/RegTree_win.h"
 
+#include "framework/HandheldShell_win.h"
 #include "framework/Text.h"
 #include "framework/WaitCursor.h"
 #include "framework/WindowHelpers.h"
@@ -80,6 +81,11 @@ HTREEITEM CRegTree::GetParentItem(HTREEITEM item) const
         SendMessageW(GetHwnd(), TVM_GETNEXTITEM, TVGN_PARENT, reinterpret_cast<LPARAM>(item)));
 }
 
+void CRegTree::SelectItem(HTREEITEM item)
+{
+    SendMessageW(GetHwnd(), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+}
+
 HTREEITEM CRegTree::GetChildItem(HTREEITEM item) const
 {
     return reinterpret_cast<HTREEITEM>(
@@ -152,6 +158,33 @@ void CRegTree::SetItemLabel(HTREEITEM item, LPCWSTR label)
     const size_t length = StrLen(label);
     if (length > m_longestLabel)
         m_longestLabel = length;
+}
+
+void CRegTree::RemoveItem(HTREEITEM item)
+{
+    if (item == nullptr)
+        return;
+    HTREEITEM selected = GetSelectedItem();
+    while (selected != nullptr && selected != item)
+        selected = GetParentItem(selected);
+    if (selected == item) {
+        HTREEITEM next = GetNextSibling(item);
+        if (next == nullptr)
+            next = reinterpret_cast<HTREEITEM>(
+                SendMessageW(GetHwnd(), TVM_GETNEXTITEM, TVGN_PREVIOUS, reinterpret_cast<LPARAM>(item)));
+        if (next == nullptr)
+            next = GetParentItem(item);
+        // Selected before the deletion, so that the tree view does not pick
+        // an item of its own on the way.
+        SelectItem(next);
+    }
+    SendMessageW(GetHwnd(), TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(item));
+}
+
+void CRegTree::EditSelectedLabel()
+{
+    SetFocus(GetHwnd());
+    SendMessageW(GetHwnd(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(GetSelectedItem()));
 }
 
 HTREEITEM CRegTree::InsertItem(HTREEITEM parent, HTREEITEM after, LPCWSTR label, LPARAM data)
@@ -502,11 +535,43 @@ bool CRegTree::OnBeginLabelEdit(HTREEITEM item)
     return true;
 }
 
+void CRegTree::ShowContextMenu(POINT screenPoint)
+{
+    TVHITTESTINFO hit = {};
+    hit.pt = screenPoint;
+    ScreenToClient(GetHwnd(), &hit.pt);
+    const HTREEITEM item =
+        reinterpret_cast<HTREEITEM>(SendMessageW(GetHwnd(), TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    if (item != nullptr)
+        SelectItem(item);
+    SetFocus(GetHwnd());
+    HKEY root = nullptr;
+    CString path;
+    if (!GetSelectedKey(root, path))
+        return;
+    const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_KEY_CONTEXT));
+    if (menu == nullptr)
+        return;
+    const HMENU popup = GetSubMenu(menu, 0);
+    if (popup != nullptr)
+        TrackPopupMenuEx(popup, TPM_LEFTALIGN | TPM_TOPALIGN, screenPoint.x, screenPoint.y, GetParent(GetHwnd()),
+                         nullptr);
+    DestroyMenu(menu);
+}
+
 bool CRegTree::OnNotify(const NMHDR* header, LRESULT& result)
 {
     if (header == nullptr || header->hwndFrom != GetHwnd())
         return false;
     switch (header->code) {
+    case GN_CONTEXTMENU:
+        if (!m_inContextMenu) {
+            m_inContextMenu = true;
+            ShowContextMenu(reinterpret_cast<const NMRGINFO*>(header)->ptAction);
+            m_inContextMenu = false;
+        }
+        result = 1;
+        return true;
     case TVN_ITEMEXPANDINGW: {
         const HTREEITEM item = reinterpret_cast<const NMTREEVIEWW*>(header)->itemNew.hItem;
         if (!IsFilled(item))

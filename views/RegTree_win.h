@@ -38,6 +38,8 @@ public:
 
     HTREEITEM GetTopItem() const { return m_topItem; }
     HTREEITEM GetSelectedItem() const;
+    HTREEITEM GetParentItem(HTREEITEM item) const;
+    void SelectItem(HTREEITEM item);
     // False for the top item, an item without parent, and when a label
     // cannot be read.
     bool GetItemKey(HTREEITEM item, HKEY& root, CString& path) const;
@@ -60,6 +62,12 @@ public:
     void ClearCut();
     // Gives an item a new label (after its key was renamed).
     void SetItemLabel(HTREEITEM item, LPCWSTR label);
+    // Removes a deleted key's item. When the selection lies on it or below
+    // it, the next sibling is selected first, else the previous one, else the
+    // parent.
+    void RemoveItem(HTREEITEM item);
+    // Starts the in-place rename of the selected key.
+    void EditSelectedLabel();
     // The longest label inserted since the last rebuild, in characters.
     size_t GetLongestLabel() const { return m_longestLabel; }
 
@@ -72,7 +80,6 @@ public:
 
 private:
     bool ReadLabel(HTREEITEM item, CString& label) const;
-    HTREEITEM GetParentItem(HTREEITEM item) const;
     HTREEITEM GetChildItem(HTREEITEM item) const;
     HTREEITEM GetNextSibling(HTREEITEM item) const;
     bool IsFilled(HTREEITEM item) const;
@@ -96,11 +103,14 @@ private:
     void RefreshItem(HTREEITEM item);
     HTREEITEM FindOrInsertChild(HTREEITEM parent, HKEY root, LPCWSTR name, LPCWSTR path);
     bool OnBeginLabelEdit(HTREEITEM item);
+    // Tap and hold: selects the item under the point and opens the key menu.
+    void ShowContextMenu(POINT screenPoint);
 
     HIMAGELIST m_images = nullptr;
     HTREEITEM m_topItem = nullptr;
     size_t m_longestLabel = 0;
     SLabelEdit m_labelEdit;
+    bool m_inContextMenu = false;
     bool m_cutSet = false;
     HKEY m_cutRoot = nullptr;
     CString m_cutPath;

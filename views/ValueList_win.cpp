@@ -8,6 +8,7 @@
 #include "framework/WindowHelpers.h"
 #include "resources/resource.h"
 #include "views/RegTree_win.h"
+#include "views/ValueText.h"
 
 void CValueList::Attach(HWND list, CRegTree* tree, HWND owner)
 {
@@ -18,8 +19,45 @@ void CValueList::Attach(HWND list, CRegTree* tree, HWND owner)
 
 void CValueList::SetCutValue(const SCutValue* cut)
 {
+    ShowCutImage(false);
     m_hasCut = cut != nullptr;
     m_cut = cut != nullptr ? *cut : SCutValue();
+    ShowCutImage(true);
+}
+
+void CValueList::ShowCutImage(bool cut)
+{
+    HKEY root = nullptr;
+    CString path;
+    if (!m_hasCut || m_tree == nullptr || !m_tree->GetSelectedKey(root, path) || root != m_cut.root ||
+        CompareNoCase(path, m_cut.path) != 0)
+        return;
+    CString name;
+    const int count = GetRowCount();
+    for (int row = 0; row < count; ++row) {
+        if (!ReadRowName(row, name) || CompareNoCase(name, m_cut.valueName) != 0)
+            continue;
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = row;
+        if (!SendMessageW(m_list, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
+            return;
+        const bool isCut = item.iImage < kCutImageOffset;
+        if (isCut != cut) {
+            item.iImage += cut ? -kCutImageOffset : kCutImageOffset;
+            SendMessageW(m_list, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        }
+        return;
+    }
+}
+
+void CValueList::EditSelectedLabel()
+{
+    const int row = GetSelectedRow();
+    if (row < 0)
+        return;
+    SetFocus(m_list);
+    SendMessageW(m_list, LVM_EDITLABELW, static_cast<WPARAM>(row), 0);
 }
 
 int CValueList::GetRowCount() const

@@ -43,8 +43,10 @@ public:
     HWND GetHwnd() const { return m_list; }
 
     // The value shown with its cut image while the program's clipboard holds
-    // a cut value (null: none); applied at the next fill.
+    // a cut value (null: none); its row changes at once when it is shown.
     void SetCutValue(const SCutValue* cut);
+    // Starts the in-place rename of the selected value.
+    void EditSelectedLabel();
 
     // Fills the list with the values of the item's key (null: the tree's
     // selection). keepSelection selects the row selected before by its name;
@@ -63,6 +65,8 @@ public:
 private:
     int GetSelectedRow() const;
     void SelectRow(int row);
+    // Gives the cut value's row, if this list shows it, its cut or normal image.
+    void ShowCutImage(bool cut);
     void ShowContextMenu(POINT screenPoint);
     bool OnBeginLabelEdit(int row);
 

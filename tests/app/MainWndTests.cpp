@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <windows.h>
 
@@ -9,11 +14,15 @@
 #include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
+#include "framework/MessageBox.h"
 #include "platform/FaultInjectingPlatform.h"
+#include "registry/KeyOperations.h"
+#include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/UiTestSupport.h"
@@ -195,6 +204,202 @@ TEST(MainWndPosition, LastPositionIsRestoredAtStartAndSavedAtExit)
     EXPECT_EQ(keyName, scratch.Path());
     EXPECT_FALSE(valueSelected);
     Settings().SetLastPosition(0, TEXT(""), TEXT(""), false);
+}
+
+}  // namespace
+
+namespace {
+
+const char kStart[] = ".\nBar\n  \"Abc\" 4: 09 00 00 00\nFoo (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo\\Sub\n";
+const char kFoo2[] = "Foo (2) (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo (2)\\Sub\n";
+const char kDeleteKey[] = "Are you sure you want to delete this key?";
+const char kOverwrite[] = "Value with this name already exists. Do you want to overwrite existing value?";
+
+// Key and value edits as a user makes them: keys picked in the tree, values
+// in the list, commands sent to the window, renames typed into the label
+// edits, questions answered. Each case runs on a fresh window and scratch key
+// and ends with the scratch key's dump, classes included.
+class MainWndEdits : public testing::Test {
+protected:
+    MainWndEdits() : m_scoped(m_faults) {}
+
+    // The tree's own object, as the window's pane.
+    CRegTree& Tree() const { return *static_cast<CRegTree*>(CShdWnd::FromHandle(m_tree)); }
+
+    void Rename(const std::string& text)
+    {
+        const HWND pane = GetFocus();
+        const bool tree = pane == m_tree;
+        SendMessageW(m_hwnd, WM_COMMAND, tree ? IDM_KEY_RENAME : IDM_VALUE_RENAME, 0);
+        const HWND edit = reinterpret_cast<HWND>(
+            SendMessageW(pane, tree ? TVM_GETEDITCONTROL : LVM_GETEDITCONTROL, 0, 0));
+        ASSERT_NE(edit, nullptr);
+        SetWindowTextW(edit, W(text.c_str()));
+        SendMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
+        PumpMessages();
+    }
+
+    bool LooksCut(const std::string& verb, const CString& path, const CString& name)
+    {
+        if (verb.find("key") != std::string::npos)
+            return (TreeView_GetItemState(m_tree, Tree().FindItem(HKEY_CURRENT_USER, path), TVIS_CUT) & TVIS_CUT) != 0;
+        LVFINDINFOW find = {};
+        find.flags = LVFI_STRING;
+        find.psz = name;
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = ListView_FindItem(m_list, -1, &find);
+        return ListView_GetItem(m_list, &item) && item.iImage < 7;
+    }
+
+    void Run(const std::string& step)
+    {
+        static const std::map<std::string, UINT> commands = {
+            {"key-cut", IDM_KEY_CUT},     {"key-copy", IDM_KEY_COPY},     {"paste", IDM_KEY_PASTE_CONTEXT},
+            {"value-cut", IDM_VALUE_CUT}, {"value-copy", IDM_VALUE_COPY}, {"value-paste", IDM_VALUE_PASTE},
+            {"delete", IDM_DELETE_KEY}};
+        const size_t space = step.find(' ');
+        const std::string verb = step.substr(0, space);
+        const CString arg = space == std::string::npos ? CString() : W(step.substr(space + 1).c_str());
+        const CString path = arg == W(".") ? m_path : ChildKeyPath(m_path, arg);
+        const HWND pane = GetFocus();
+        if (verb == "key") {
+            SetFocus(m_tree);
+            EXPECT_TRUE(Tree().NavigateTo(HKEY_CURRENT_USER, path));
+        } else if (verb == "value") {
+            SetFocus(m_list);
+            EXPECT_TRUE(m_window->SelectValueByName(arg));
+        } else if (verb == "selected") {
+            HKEY root = nullptr;
+            CString selected;
+            EXPECT_TRUE(m_window->GetSelectedKey(root, selected));
+            EXPECT_EQ(selected, path);
+        } else if (verb == "answer") {
+            m_answer = arg == W("no") ? IDNO : IDYES;
+        } else if (verb == "fail-write") {
+            m_faults.FailValueWrite(arg);
+        } else if (verb == "remove") {
+            EXPECT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, path));
+        } else if (verb.find("-look") != std::string::npos) {
+            EXPECT_EQ(LooksCut(verb, path, arg), verb.find("cut") == 0);
+            // Screenshots of the cut look are taken from outside meanwhile.
+            if (const char* hold = std::getenv("QUENDA_SCREENSHOT_HOLD_MS"))
+                for (DWORD end = GetTickCount() + std::atoi(hold); GetTickCount() < end; Sleep(20))
+                    PumpMessages();
+        } else if (verb == "rename") {
+            Rename(step.substr(space + 1));
+        } else {
+            SendMessageW(m_hwnd, WM_COMMAND, commands.at(verb), 0);
+        }
+        PumpMessages();
+        if (verb == "rename" || commands.count(verb) != 0) {
+            EXPECT_TRUE(IsWindowEnabled(m_hwnd));
+            EXPECT_EQ(GetFocus(), pane) << "the focus goes back";
+        }
+    }
+
+    CFaultInjectingPlatform m_faults;
+    CScopedPlatform m_scoped;
+    CString m_path;
+    std::unique_ptr<CMainWnd> m_window;
+    HWND m_hwnd = nullptr;
+    HWND m_tree = nullptr;
+    HWND m_list = nullptr;
+    int m_answer = IDYES;
+};
+
+TEST_F(MainWndEdits, EachEditSaysWhatItShouldAndLeavesTheRegistryAsItShould)
+{
+    const struct {
+        const char* name;
+        std::vector<std::string> steps;
+        std::vector<std::string> messages;
+        std::string dump;
+    } cases[] = {
+        {"copies beside their source are numbered from 2",
+         {"key Foo", "key-copy", "key .", "paste", "selected Foo (2)", "key .", "paste", "selected Foo (3)"},
+         {},
+         std::string(kStart) + kFoo2 + "Foo (3) (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo (3)\\Sub\n"},
+        {"a cut key cannot go into itself or beside itself",
+         {"key Foo", "key-cut", "key Foo\\Sub", "cut-key-look Foo", "paste", "key .", "paste", "key Foo", "key-copy",
+          "plain-key-look Foo"},
+         {"Registry key can not be copied to itself.", "Key can not be moved to the same location."},
+         kStart},
+        {"a cut key moves, and keys are never merged",
+         {"key Foo", "key-cut", "key Bar", "paste", "selected Bar\\Foo", "key Bar\\Foo\\Sub", "key-copy", "key Bar",
+          "paste", "key Bar", "paste"},
+         {"Key with this name already exists."},
+         ".\nBar\n  \"Abc\" 4: 09 00 00 00\nBar\\Foo (cls)\n  \"Abc\" 4: 01 00 00 00\nBar\\Foo\\Sub\nBar\\Sub\n"},
+        {"a cut value stays in its own key",
+         {"key Foo", "value Abc", "value-cut", "key Bar", "key Foo", "cut-value-look Abc", "value-paste", "value Abc",
+          "value-copy", "plain-value-look Abc"},
+         {"You can not move value to the same registry key."},
+         kStart},
+        {"a copied value takes a new name beside itself and asks before it replaces",
+         {"key Foo", "value Abc", "value-copy", "value-paste", "key Bar", "answer no", "value-paste", "answer yes",
+          "value-paste"},
+         {kOverwrite, kOverwrite},
+         ".\nBar\n  \"Abc\" 4: 01 00 00 00\nFoo (cls)\n  \"Abc\" 4: 01 00 00 00\n  \"Abc (2)\" 4: 01 00 00 00\n"
+         "Foo\\Sub\n"},
+        {"a cut value moves",
+         {"key Foo", "value Abc", "value-cut", "key Foo\\Sub", "value-paste", "key Foo", "value-copy"},
+         {},
+         ".\nBar\n  \"Abc\" 4: 09 00 00 00\nFoo (cls)\nFoo\\Sub\n  \"Abc\" 4: 01 00 00 00\n"},
+        {"renames in place",
+         {"key Foo", "value Abc", "rename abc", "rename Xyz", "key Foo", "rename a\\b", "rename ",
+          "rename " + std::string(300, 'x'), "rename Bar", "rename Baz", "selected Baz"},
+         {"Invalid key name.", "Invalid key name.", "Unable to rename registry key.",
+          "Key with this name already exists."},
+         ".\nBar\n  \"Abc\" 4: 09 00 00 00\nBaz (cls)\n  \"Xyz\" 4: 01 00 00 00\nBaz\\Sub\n"},
+        {"deleting selects the next key, else the previous, else the parent",
+         {"key Foo\\Sub", "delete", "selected Foo", "key Foo", "value Abc", "delete", "key Foo", "delete",
+          "selected Bar"},
+         {kDeleteKey, "Are you sure you want to delete this value?", kDeleteKey},
+         ".\nBar\n  \"Abc\" 4: 09 00 00 00\n"},
+        {"a copy that fails is taken away again",
+         {"key Foo", "key-copy", "key Bar", "fail-write Abc", "paste"},
+         {"Unable to copy registry key."},
+         kStart},
+        {"a source deleted since the cut",
+         {"key Foo", "value Abc", "value-cut", "remove Foo", "key Bar", "value-paste"},
+         {"Unable to open source registry key."},
+         ".\nBar\n  \"Abc\" 4: 09 00 00 00\n"},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.name);
+        CScratchKey fresh(TEXT("Edits"));
+        m_path = fresh.Path();
+        m_answer = IDYES;
+        // The settings stay in memory: the window does not save its position.
+        m_faults.FailOpen(TEXT("Settings"));
+        CShdRegKey foo(true);
+        ASSERT_TRUE(foo.Create(HKEY_CURRENT_USER, fresh.Path() + W("\\Foo"), W("cls")));
+        ASSERT_TRUE(foo.WriteDword(W("Abc"), 1));
+        CShdRegKey(true).Create(foo.GetHandle(), W("Sub"), nullptr);
+        WriteTestValue(fresh.Handle(), W("Bar"), W("Abc"), REG_DWORD, Bytes({9, 0, 0, 0}));
+        foo.Close();
+
+        std::vector<std::string> messages;
+        CScopedMessageAnswerer answerer([&](HWND owner, LPCWSTR text, UINT) {
+            EXPECT_EQ(owner, m_hwnd);
+            messages.push_back(ToUtf8(text));
+            return m_answer;
+        });
+        m_window.reset(new CMainWnd);
+        ASSERT_TRUE(m_window->Create(TestInstance()));
+        PumpMessages();
+        m_hwnd = m_window->GetHwnd();
+        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
+        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
+        for (const std::string& step : item.steps) {
+            SCOPED_TRACE(step);
+            Run(step);
+        }
+        m_window.reset();
+        m_faults.Clear();
+        EXPECT_EQ(messages, item.messages);
+        EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, fresh.Path()), item.dump);
+    }
 }
 
 }  // namespace
