@@ -14,20 +14,6 @@ const int kImageExpandString = 11;
 const int kImageNone = 12;
 const int kImageOther = 13;
 
-CString FirstString(const BYTE* data, size_t size)
-{
-    CString text;
-    const size_t units = size / sizeof(WCHAR);
-    for (size_t i = 0; i < units; ++i) {
-        // Byte by byte: registry data need not be aligned for WCHAR.
-        const WCHAR c = static_cast<WCHAR>(data[2 * i] | (data[2 * i + 1] << 8));
-        if (c == 0)
-            break;
-        text += c;
-    }
-    return text;
-}
-
 CString HexBytes(const BYTE* data, size_t size)
 {
     CString text;
@@ -40,6 +26,20 @@ CString HexBytes(const BYTE* data, size_t size)
 }
 
 }  // namespace
+
+CString StringDataText(const BYTE* data, size_t size)
+{
+    CString text;
+    const size_t units = size / sizeof(WCHAR);
+    for (size_t i = 0; i < units; ++i) {
+        // Byte by byte: registry data need not be aligned for WCHAR.
+        const WCHAR c = static_cast<WCHAR>(data[2 * i] | (data[2 * i + 1] << 8));
+        if (c == 0)
+            break;
+        text += c;
+    }
+    return text;
+}
 
 int ValueImage(DWORD type, bool cut)
 {
@@ -61,9 +61,9 @@ CString ValueDataText(DWORD type, const BYTE* data, size_t size)
     switch (type) {
     case REG_SZ:
     case REG_EXPAND_SZ:
-        return FirstString(data, size);
+        return StringDataText(data, size);
     case REG_MULTI_SZ:
-        return FirstString(data, size) + TEXT("...");
+        return StringDataText(data, size) + TEXT("...");
     case REG_DWORD: {
         if (size != sizeof(DWORD))
             return CString();

@@ -13,6 +13,10 @@ const int kCutImageOffset = 7;
 // The image of a value of `type`, in its cut form when `cut`.
 int ValueImage(DWORD type, bool cut);
 
+// String data as text: little-endian units up to the first NUL; an odd last
+// byte is dropped.
+CString StringDataText(const BYTE* data, size_t size);
+
 // Strings up to their first NUL (a multi-string's first member, followed by
 // "..."), a DWORD as decimal and hexadecimal (empty unless exactly four
 // bytes), anything else as hexadecimal bytes: at most the first 128, with
