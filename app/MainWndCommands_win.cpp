@@ -38,6 +38,28 @@ void CMainWnd::OnCommand(UINT command)
         SetFocus(focus);
         break;
     }
+    case IDM_VALUE_EDIT:
+    case IDM_VALUE_EDIT_BINARY:
+        EditSelectedValue(command == IDM_VALUE_EDIT_BINARY);
+        break;
+    case IDM_NEW_STRING:
+        NewValue(REG_SZ, false);
+        break;
+    case IDM_NEW_EXPAND_STRING:
+        NewValue(REG_EXPAND_SZ, false);
+        break;
+    case IDM_NEW_DWORD:
+        NewValue(REG_DWORD, false);
+        break;
+    case IDM_NEW_BINARY:
+        NewValue(REG_BINARY, false);
+        break;
+    case IDM_NEW_MULTI_STRING:
+        NewValue(REG_MULTI_SZ, false);
+        break;
+    case IDM_NEW_CUSTOM:
+        NewValue(REG_NONE, true);
+        break;
     case IDM_VALUE_REFRESH:
         FillValueList(true, nullptr);
         break;

@@ -117,6 +117,7 @@ LRESULT CMainWnd::OnNotify(const NMHDR* header)
     if (m_list != nullptr && static_cast<int>(header->code) == kListChildNotification &&
         GetParent(header->hwndFrom) == m_list)
         return 1;
-    m_values.OnNotify(header, result);
+    if (m_values.OnNotify(header, result) == CValueList::kEditValue)
+        EditSelectedValue(false);
     return result;
 }

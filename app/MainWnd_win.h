@@ -85,6 +85,10 @@ private:
     void RestorePosition();
     void SavePosition();
 
+    // The value editor's commands, in MainWndValues_win.cpp.
+    void EditSelectedValue(bool asBinary);
+    void NewValue(DWORD type, bool custom);
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;
