@@ -23,6 +23,9 @@ namespace {
 
 using Steps = std::vector<std::function<void()>>;
 
+// Not a command: a tap on the selected value.
+const UINT kTap = 0;
+
 struct SShown {
     CString text;
     UINT flags;
@@ -64,9 +67,23 @@ protected:
         PumpMessages();
     }
 
-    // Runs the main window's command with the steps inside the editor. A
-    // last step cancels an editor still open, so that no test waits for a
-    // dialog that a failure left on the screen. False when no editor opened.
+    // A tap on the selected row of the value list, as the pointer makes it.
+    void TapSelectedValue()
+    {
+        const HWND list = GetDlgItem(m_window.GetHwnd(), CMainWnd::kListId);
+        const int row = static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+        RECT item = {};
+        item.left = LVIR_LABEL;
+        SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+        const LPARAM point = MAKELPARAM((item.left + item.right) / 2, (item.top + item.bottom) / 2);
+        PostMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
+        PostMessageW(list, WM_LBUTTONUP, 0, point);
+    }
+
+    // Runs the main window's command (or kTap) with the steps inside the
+    // editor. A last step cancels an editor still open, so that no test waits
+    // for a dialog that a failure left on the screen. False when no editor
+    // opened.
     bool Run(UINT command, Steps steps)
     {
         steps.push_back([this] {
@@ -74,7 +91,10 @@ protected:
                 SendMessageW(Dialog(), WM_COMMAND, IDCANCEL, 0);
         });
         CModalScript script(std::move(steps));
-        SendMessageW(m_window.GetHwnd(), WM_COMMAND, command, 0);
+        if (command == kTap)
+            TapSelectedValue();
+        else
+            SendMessageW(m_window.GetHwnd(), WM_COMMAND, command, 0);
         PumpMessages();
         return script.Finished();
     }
@@ -120,6 +140,7 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTyped)
     } cases[] = {
         {IDM_VALUE_EDIT, "s", "s", IDC_VALUE_STRING, "new", "\"s\" 1: 6e 00 65 00 77 00 00 00"},
         {IDM_VALUE_EDIT, "d", "d", IDC_VALUE_DWORD, "4294967295", "\"d\" 4: ff ff ff ff"},
+        {kTap, "d", "d", IDC_VALUE_DWORD, "0", "\"d\" 4: 00 00 00 00"},
         {IDM_NEW_STRING, nullptr, "n1", IDC_VALUE_STRING, "a", "\"n1\" 1: 61 00 00 00"},
         {IDM_NEW_EXPAND_STRING, nullptr, "n2", IDC_VALUE_STRING, "%a%", "\"n2\" 2: 25 00 61 00 25 00 00 00"},
         {IDM_NEW_DWORD, nullptr, "n3", IDC_VALUE_DWORD, "258", "\"n3\" 4: 02 01 00 00"},
