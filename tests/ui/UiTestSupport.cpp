@@ -1,11 +1,9 @@
 #include "tests/ui/UiTestSupport.h"
 
-#include <fstream>
 #include <map>
 
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/WinHandles.h"
 
 namespace {
 
@@ -110,38 +108,4 @@ void TapSoftKey(HWND window, int key, int keyCount)
     POINT client = screen;
     ScreenToClient(window, &client);
     SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(client.x, client.y));
-}
-
-bool SaveWindowImage(HWND window, const char* path)
-{
-    RECT bounds = {};
-    GetWindowRect(window, &bounds);
-    const int width = bounds.right - bounds.left;
-    const int height = bounds.bottom - bounds.top;
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 24;
-    void* pixels = nullptr;
-    const CShdClientDC screen(nullptr);
-    const CShdUniqueHandle<HDC, DeleteDC> memory(CreateCompatibleDC(screen.Get()));
-    const CShdUniqueBitmap image(CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
-    if (!memory || pixels == nullptr)
-        return false;
-    {
-        const CShdSelectObject selected(memory.Get(), image.Get());
-        BitBlt(memory.Get(), 0, 0, width, height, screen.Get(), bounds.left, bounds.top, SRCCOPY);
-    }
-    const DWORD size = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
-    BITMAPFILEHEADER file = {};
-    file.bfType = 0x4D42;
-    file.bfOffBits = sizeof(file) + sizeof(info.bmiHeader);
-    file.bfSize = file.bfOffBits + size;
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(&file), sizeof(file));
-    out.write(reinterpret_cast<const char*>(&info.bmiHeader), sizeof(info.bmiHeader));
-    out.write(static_cast<const char*>(pixels), size);
-    return out.good();
 }

@@ -55,7 +55,3 @@ public:
 POINT SoftKeyCenter(HWND window, int key, int keyCount);
 // A tap on a soft key, as the pointer makes it: down and up on the key.
 void TapSoftKey(HWND window, int key, int keyCount);
-
-// Writes what the screen shows of a window (frame included) as a 24-bit
-// BMP file, for looking at a window's arrangement. False when it cannot.
-bool SaveWindowImage(HWND window, const char* path);
