@@ -16,16 +16,26 @@ const int kImageOther = 13;
 
 CString HexBytes(const BYTE* data, size_t size)
 {
-    CString text;
-    const size_t shown = size < kMaxShownBytes ? size : kMaxShownBytes;
-    for (size_t i = 0; i < shown; ++i)
-        text.AppendFormat(i == 0 ? TEXT("%02X") : TEXT(" %02X"), static_cast<unsigned>(data[i]));
+    CString text = HexPairsText(data, size < kMaxShownBytes ? size : kMaxShownBytes);
     if (size > kMaxShownBytes)
         text += TEXT("...");
     return text;
 }
 
 }  // namespace
+
+CString HexPairsText(const BYTE* data, size_t size)
+{
+    static const WCHAR kDigits[] = TEXT("0123456789ABCDEF");
+    CString text;
+    for (size_t i = 0; i < size; ++i) {
+        if (i != 0)
+            text += TEXT(' ');
+        text += kDigits[data[i] >> 4];
+        text += kDigits[data[i] & 15];
+    }
+    return text;
+}
 
 CString StringDataText(const BYTE* data, size_t size)
 {
