@@ -12,9 +12,12 @@
 namespace {
 
 const UINT kHeaderId = 1099;
+// Child, visible, border, tab stop; no scroll bar of its own.
+const DWORD kHexEditStyle = 0x50810000;
+const UINT kHexEditInitialRow = 4;
 // The controls that show a value; only the one that fits the value is shown.
-const int kValueControls[] = {IDC_VALUE_STRING,       IDC_VALUE_DWORD, IDC_BASE_LABEL,   IDC_BASE_DECIMAL,
-                              IDC_BASE_HEX,           IDC_VALUE_MULTI_STRING, IDC_HEX_EDIT, IDC_CUSTOM_TYPE,
+const int kValueControls[] = {IDC_VALUE_STRING, IDC_VALUE_DWORD, IDC_BASE_LABEL, IDC_BASE_DECIMAL,
+                              IDC_BASE_HEX, IDC_VALUE_MULTI_STRING, IDC_HEX_EDIT, IDC_CUSTOM_TYPE,
                               IDC_CUSTOM_TYPE_LABEL};
 
 void Place(HWND control, const SEditValueRect& rect)
@@ -75,6 +78,10 @@ INT_PTR CEditValueDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
         case IDCANCEL:
             EndDialog(GetHwnd(), kResultCancel);
             return TRUE;
+        case IDC_HEX_EDIT:
+            if (HIWORD(wParam) == CHexEditCtrl::kNotifyPasteFailed)
+                OnHexPasteFailed();
+            return TRUE;
         case IDC_BASE_DECIMAL:
         case IDC_BASE_HEX:
             if (HIWORD(wParam) == BN_CLICKED)
@@ -109,8 +116,9 @@ bool CEditValueDlg::OnInitDialog()
     SetWindowTextW(window, m_model.IsNew() ? TEXT("New Value") : TEXT("Edit Value"));
     m_activateInfo.cbSize = sizeof(m_activateInfo);
     if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), IDR_DONE_CANCEL, IDR_DONE_CANCEL_MENUBAR) == nullptr ||
-        !m_model.Load())
+        !m_hexEdit.CreateChild(window, IDC_HEX_EDIT, RECT{}, kHexEditStyle) || !m_model.Load())
         return false;
+    m_hexEdit.SetBytesPerRow(kHexEditInitialRow);
     SendMessageW(Control(IDC_VALUE_NAME), EM_SETREADONLY, m_model.IsNew() ? FALSE : TRUE, 0);
     SetDlgItemTextW(window, IDC_VALUE_NAME, m_model.GetName());
     ShowEditor();
@@ -146,6 +154,7 @@ void CEditValueDlg::ShowEditor()
         show(IDC_VALUE_MULTI_STRING);
         break;
     case CEditValueModel::kEditorHex:
+        m_hexEdit.SetData(m_model.GetData().GetData(), m_model.GetData().GetSize());
         show(IDC_HEX_EDIT);
         if (m_model.IsCustom()) {
             show(IDC_CUSTOM_TYPE);
@@ -172,6 +181,8 @@ void CEditValueDlg::OnOk()
     input.name = ControlText(Control(IDC_VALUE_NAME));
     if (m_model.GetEditor() != CEditValueModel::kEditorHex)
         input.text = ControlText(EditorWindow());
+    else if (!m_hexEdit.GetData(input.bytes))
+        return;
     input.customType = ControlText(Control(IDC_CUSTOM_TYPE));
     const CEditValueModel::ESaveResult result = m_model.Save(input);
     if (result == CEditValueModel::kSaved) {
@@ -222,4 +233,25 @@ void CEditValueDlg::Layout(int width, int height)
     Place(Control(IDC_HEX_EDIT), layout.tallEditor);
     Place(Control(IDC_TYPE_LINE), layout.typeLine);
     ShowWindow(Control(IDC_TYPE_LINE), layout.typeLineShown ? SW_SHOW : SW_HIDE);
+    FitHexEditor();
+}
+
+void CEditValueDlg::FitHexEditor()
+{
+    const HWND hex = m_hexEdit.GetHwnd();
+    if (hex == nullptr)
+        return;
+    const UINT row = HexBytesPerRow(m_hexEdit.GetFittingBytesPerRow());
+    m_hexEdit.SetBytesPerRow(row);
+    const int width = m_hexEdit.GetWidthNeeded(row);
+    RECT bounds = {};
+    GetWindowRect(hex, &bounds);
+    if (width != 0)
+        SetWindowPos(hex, nullptr, 0, 0, width, bounds.bottom - bounds.top, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void CEditValueDlg::OnHexPasteFailed()
+{
+    ShowMessage(GetHwnd(), TEXT("Invalid data"), MB_OK | MB_ICONEXCLAMATION);
+    SetFocus(m_hexEdit.GetHwnd());
 }

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "editors/EditValueModel.h"
+#include "editors/HexEditCtrl_win.h"
 #include "framework/CString.h"
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdDialog.h"
@@ -33,9 +34,14 @@ private:
     void OnOk();
     void OnBaseClicked();
     void Layout(int width, int height);
+    // Gives the hex control the widest power-of-two row that its width
+    // holds, and the width that this row needs.
+    void FitHexEditor();
+    void OnHexPasteFailed();
     HWND EditorWindow() const;
     HWND Control(int id) const { return GetDlgItem(GetHwnd(), id); }
 
     CEditValueModel m_model;
+    CHexEditCtrl m_hexEdit;
     SHACTIVATEINFO m_activateInfo = {};
 };

@@ -117,13 +117,15 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTypedOrSaysWhyNot)
         {IDM_NEW_DWORD, nullptr, L"n3", IDC_VALUE_DWORD, L"258", IDOK, "\"n3\" 4: 02 01 00 00"},
         {IDM_NEW_MULTI_STRING, nullptr, L"n4", IDC_VALUE_MULTI_STRING, L"a\r\n\r\nb", IDOK,
          "\"n4\" 7: 61 00 00 00 00 00 62 00 00 00 00 00"},
-        {IDM_NEW_BINARY, nullptr, L"n5", IDC_VALUE_NAME, L"n5", IDOK, "\"n5\" 3:"},
-        {IDM_NEW_CUSTOM, nullptr, L"n6", IDC_CUSTOM_TYPE, L"1F", IDOK, "\"n6\" 1f:"},
+        {IDM_NEW_BINARY, nullptr, L"n5", IDC_HEX_EDIT, L"0a0B", IDOK, "\"n5\" 3: 0a 0b"},
+        {IDM_NEW_CUSTOM, nullptr, L"n6", IDC_CUSTOM_TYPE, L"4", IDOK, "\"n6\" 4:"},
+        {IDM_VALUE_EDIT_BINARY, L"s", L"s", IDC_HEX_EDIT, L"41", IDOK, "\"s\" 1: 41 6e 00 65 00 77 00 00 00"},
         {IDM_VALUE_EDIT, L"d", L"d", IDC_VALUE_DWORD, L"abc", IDOK, "Entered value is invalid 10030"},
         {IDM_VALUE_EDIT, L"d", L"d", IDC_VALUE_DWORD, L"abc", IDC_BASE_HEX, "Entered value is invalid 10030"},
         {IDM_NEW_CUSTOM, nullptr, L"n", IDC_CUSTOM_TYPE, L"10000", IDOK, "Entered value is invalid 10030"},
         {IDM_NEW_STRING, nullptr, L"S", IDC_VALUE_STRING, L"x", IDOK, "Value with this name already exists 10030"},
         {IDM_NEW_STRING, nullptr, L"fails", IDC_VALUE_STRING, L"x", IDOK, "Unable to write value 10030"},
+        {IDM_NEW_BINARY, nullptr, L"n", IDC_VALUE_NAME, L"n", IDC_HEX_EDIT, "Invalid data 10030"},
     };
     m_faults.FailValueWrite(L"fails");
     for (const auto& test : cases) {
@@ -135,11 +137,17 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTypedOrSaysWhyNot)
         Run(test.command, {[&] {
                 if (test.selected == nullptr)
                     SetWindowTextW(Item(IDC_VALUE_NAME), test.name);
-                SetWindowTextW(Item(test.field), test.typed);
-                if (test.click == IDOK)
-                    SendMessageW(Dialog(), WM_COMMAND, IDOK, 0);
-                else
+                if (test.field == IDC_HEX_EDIT) {
+                    for (LPCWSTR c = test.typed; *c != 0; ++c)
+                        SendMessageW(Item(IDC_HEX_EDIT), WM_CHAR, *c, 0);
+                } else {
+                    SetWindowTextW(Item(test.field), test.typed);
+                }
+                if (test.click == IDC_BASE_HEX)
                     SendMessageW(Item(test.click), BM_CLICK, 0, 0);
+                else  // OK, or the hex control telling of a paste it cannot read
+                    SendMessageW(Dialog(), WM_COMMAND, MAKEWPARAM(test.click, test.click == IDC_HEX_EDIT),
+                                 reinterpret_cast<LPARAM>(Item(test.click)));
             },
                             [&] {
                                 stayedOpen = Dialog() != nullptr;
