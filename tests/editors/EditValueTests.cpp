@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "editors/EditValueLayout.h"
+#include "editors/EditValueModel.h"
 #include "editors/ValueEditRules.h"
 #include "tests/support/TestText.h"
 #include "views/ValueText.h"
@@ -67,6 +68,13 @@ TEST(EditValue, NumbersAreDigitsOnlyWithinTheirLimit)
         EXPECT_EQ(value, test.value) << test.text;
     }
     EXPECT_EQ(ValueTypeName(REG_DWORD_BIG_ENDIAN), W("Unknown (0x5)"));
+
+    // The base switches only when the number reads in the current base.
+    CEditValueModel dword(HKEY_CURRENT_USER, TEXT(""), TEXT(""), REG_DWORD, false);
+    CString shown;
+    ASSERT_TRUE(dword.Load());
+    EXPECT_FALSE(dword.SwitchBase(16, TEXT("abc"), shown));
+    EXPECT_TRUE(dword.SwitchBase(16, TEXT("255"), shown) && shown == W("ff") && dword.GetBase() == 16);
 }
 
 std::string Text(const SEditValueRect& rect)
