@@ -556,6 +556,10 @@ LRESULT CHexEditCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_CONTEXTMENU: OnContextMenu(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)); return 0;
     case WM_INITMENUPOPUP: OnInitMenuPopup(reinterpret_cast<HMENU>(wParam)); return 0;
     case WM_GETDLGCODE: return kDialogCode;
+    case WM_COMMAND:
+        if (HIWORD(wParam) == 0 && lParam == 0)
+            OnCommand(LOWORD(wParam));
+        return 0;
     default: return CShdWnd::WindowProc(message, wParam, lParam);
     }
 }

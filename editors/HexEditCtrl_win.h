@@ -17,7 +17,8 @@ public:
     static constexpr WORD kNotifyPasteFailed = 1;
     static constexpr UINT kAutoScrollTimer = 101;
 
-    // The context menu's commands.
+    // The context menu's commands; an owner's own menu (a soft key) may send
+    // them to the control as WM_COMMAND too.
     enum ECommand : UINT {
         kCmdCut = 1,
         kCmdCopy = 2,
