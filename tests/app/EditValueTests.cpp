@@ -7,7 +7,9 @@
 #include <windows.h>
 
 #include "app/MainWnd_win.h"
+#include "editors/HexEditCtrl_win.h"
 #include "framework/MessageBox.h"
+#include "framework/WindowHelpers.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
@@ -143,11 +145,14 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTypedOrSaysWhyNot)
                 } else {
                     SetWindowTextW(Item(test.field), test.typed);
                 }
-                if (test.click == IDC_BASE_HEX)
+                if (test.click == IDC_BASE_HEX) {
                     SendMessageW(Item(test.click), BM_CLICK, 0, 0);
-                else  // OK, or the hex control telling of a paste it cannot read
-                    SendMessageW(Dialog(), WM_COMMAND, MAKEWPARAM(test.click, test.click == IDC_HEX_EDIT),
-                                 reinterpret_cast<LPARAM>(Item(test.click)));
+                } else if (test.click == IDC_HEX_EDIT) {
+                    PutClipboardText(Dialog(), L"no hex");
+                    SendMessageW(Item(IDC_HEX_EDIT), WM_COMMAND, CHexEditCtrl::kCmdPasteHex, 0);
+                } else {
+                    SendMessageW(Dialog(), WM_COMMAND, IDOK, 0);
+                }
             },
                             [&] {
                                 stayedOpen = Dialog() != nullptr;
@@ -155,6 +160,7 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTypedOrSaysWhyNot)
                                     EXPECT_EQ(Text(IDC_VALUE_NAME), test.name);
                                     EXPECT_EQ(Text(test.field), test.typed);
                                     EXPECT_EQ(IsDlgButtonChecked(Dialog(), IDC_BASE_HEX), 0u);
+                                    EXPECT_EQ(GetFocus() == Item(IDC_HEX_EDIT), test.click == IDC_HEX_EDIT);
                                 }
                             }});
         if (stayedOpen) {
