@@ -151,24 +151,8 @@ void CMainWnd::CopyKeyName()
     const HWND focus = GetFocus() == m_list ? m_list : m_tree;
     HKEY root = nullptr;
     CString path;
-    if (GetSelectedKey(root, path)) {
-        const CString name = FullKeyName(root, path);
-        const size_t bytes = (name.GetLength() + 1) * sizeof(WCHAR);
-        HLOCAL block = LocalAlloc(LMEM_MOVEABLE, bytes);
-        void* text = block != nullptr ? LocalLock(block) : nullptr;
-        if (text != nullptr) {
-            CopyMemory(text, name.GetString(), bytes);
-            LocalUnlock(block);
-            if (OpenClipboard(GetHwnd())) {
-                EmptyClipboard();
-                if (SetClipboardData(CF_UNICODETEXT, block) != nullptr)
-                    block = nullptr;
-                CloseClipboard();
-            }
-        }
-        if (block != nullptr)
-            LocalFree(block);
-    }
+    if (GetSelectedKey(root, path))
+        PutClipboardText(GetHwnd(), FullKeyName(root, path));
     SetFocus(focus);
 }
 

@@ -68,6 +68,8 @@ void Outline(HDC dc, int left, int top, int right, int bottom, int colorIndex)
 
 }  // namespace
 
+// The window goes while the object is whole, so that WM_DESTROY still
+// reaches this class and stops its timer.
 CHexEditCtrl::~CHexEditCtrl()
 {
     if (GetHwnd() != nullptr)
