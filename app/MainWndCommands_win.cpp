@@ -38,6 +38,28 @@ void CMainWnd::OnCommand(UINT command)
         SetFocus(focus);
         break;
     }
+    case IDM_VALUE_EDIT:
+    case IDM_VALUE_EDIT_BINARY:
+        EditSelectedValue(command == IDM_VALUE_EDIT_BINARY);
+        break;
+    case IDM_NEW_STRING:
+        NewValue(REG_SZ, false);
+        break;
+    case IDM_NEW_EXPAND_STRING:
+        NewValue(REG_EXPAND_SZ, false);
+        break;
+    case IDM_NEW_DWORD:
+        NewValue(REG_DWORD, false);
+        break;
+    case IDM_NEW_BINARY:
+        NewValue(REG_BINARY, false);
+        break;
+    case IDM_NEW_MULTI_STRING:
+        NewValue(REG_MULTI_SZ, false);
+        break;
+    case IDM_NEW_CUSTOM:
+        NewValue(REG_NONE, true);
+        break;
     case IDM_VALUE_REFRESH:
         FillValueList(true, nullptr);
         break;
@@ -160,24 +182,8 @@ void CMainWnd::CopyKeyName()
     const HWND focus = GetFocus() == m_list ? m_list : m_tree;
     HKEY root = nullptr;
     CString path;
-    if (GetSelectedKey(root, path)) {
-        const CString name = FullKeyName(root, path);
-        const size_t bytes = (name.GetLength() + 1) * sizeof(WCHAR);
-        HLOCAL block = LocalAlloc(LMEM_MOVEABLE, bytes);
-        void* text = block != nullptr ? LocalLock(block) : nullptr;
-        if (text != nullptr) {
-            CopyMemory(text, name.GetString(), bytes);
-            LocalUnlock(block);
-            if (OpenClipboard(GetHwnd())) {
-                EmptyClipboard();
-                if (SetClipboardData(CF_UNICODETEXT, block) != nullptr)
-                    block = nullptr;
-                CloseClipboard();
-            }
-        }
-        if (block != nullptr)
-            LocalFree(block);
-    }
+    if (GetSelectedKey(root, path))
+        PutClipboardText(GetHwnd(), FullKeyName(root, path));
     SetFocus(focus);
 }
 

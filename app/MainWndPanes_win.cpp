@@ -117,7 +117,15 @@ LRESULT CMainWnd::OnNotify(const NMHDR* header)
     if (m_list != nullptr && static_cast<int>(header->code) == kListChildNotification &&
         GetParent(header->hwndFrom) == m_list)
         return 1;
-    if (m_values.OnNotify(header, result) == CValueList::kRenameValue)
+    switch (m_values.OnNotify(header, result)) {
+    case CValueList::kEditValue:
+        EditSelectedValue(false);
+        break;
+    case CValueList::kRenameValue:
         PostMessageW(GetHwnd(), kRenameMessage, kRenameValue, 0);
+        break;
+    default:
+        break;
+    }
     return result;
 }

@@ -104,6 +104,10 @@ private:
     void OnClipboardClearing(const CRegClipboard& clipboard) override;
     int ShowEditMessage(EEditMessage message);
 
+    // The value editor's commands, in MainWndValues_win.cpp.
+    void EditSelectedValue(bool asBinary);
+    void NewValue(DWORD type, bool custom);
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;

@@ -32,6 +32,30 @@ bool CShdBinaryBuffer::Assign(const void* data, size_t size)
     return Append(data, size);
 }
 
+bool CShdBinaryBuffer::Insert(size_t at, const void* data, size_t size)
+{
+    const size_t old = m_bytes.size();
+    if (at > old || size > m_bytes.max_size() - old)
+        return false;
+    const BYTE* bytes = static_cast<const BYTE*>(data);
+    try {
+        m_bytes.insert(m_bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes, bytes + size);
+    } catch (const std::bad_alloc&) {
+        return false;
+    } catch (const std::length_error&) {
+        return false;
+    }
+    return true;
+}
+
+void CShdBinaryBuffer::Erase(size_t at, size_t count)
+{
+    if (at >= m_bytes.size())
+        return;
+    const size_t end = count < m_bytes.size() - at ? at + count : m_bytes.size();
+    m_bytes.erase(m_bytes.begin() + static_cast<std::ptrdiff_t>(at), m_bytes.begin() + static_cast<std::ptrdiff_t>(end));
+}
+
 CShdCopyableBinaryBuffer::CShdCopyableBinaryBuffer(const CShdCopyableBinaryBuffer& other) : CShdBinaryBuffer()
 {
     m_bytes = other.m_bytes;

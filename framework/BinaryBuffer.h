@@ -25,6 +25,11 @@ public:
     bool SetSize(size_t size);
     bool Append(const void* data, size_t size);
     bool Assign(const void* data, size_t size);
+    // Inserts before `at` (at most the size); false and unchanged when
+    // memory runs out.
+    bool Insert(size_t at, const void* data, size_t size);
+    // Removes up to `count` bytes from `at` on.
+    void Erase(size_t at, size_t count);
     void Clear() { m_bytes.clear(); }
 
     bool operator==(const CShdBinaryBuffer& other) const { return m_bytes == other.m_bytes; }

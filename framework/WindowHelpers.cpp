@@ -136,3 +136,41 @@ HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32)
     return ImageList_LoadImageW(instance, MAKEINTRESOURCEW(highResolution ? bitmap32 : bitmap16),
                                 highResolution ? 32 : 16, 0, RGB(0xFF, 0x00, 0xFF), IMAGE_BITMAP, 0);
 }
+
+bool PutClipboardText(HWND owner, const CString& text)
+{
+    const size_t bytes = (text.GetLength() + 1) * sizeof(WCHAR);
+    HLOCAL block = LocalAlloc(LMEM_FIXED, bytes);
+    if (block == nullptr)
+        return false;
+    CopyMemory(block, text.GetString(), bytes);
+    bool put = false;
+    if (OpenClipboard(owner)) {
+        EmptyClipboard();
+        put = SetClipboardData(CF_UNICODETEXT, block) != nullptr;
+        CloseClipboard();
+    }
+    // The clipboard owns the block once it took it.
+    if (!put)
+        LocalFree(block);
+    return put;
+}
+
+bool ReadClipboardText(HWND owner, CString& text)
+{
+    text.Empty();
+    if (!OpenClipboard(owner))
+        return false;
+    const HLOCAL block = GetClipboardDataAlloc(CF_UNICODETEXT);
+    CloseClipboard();
+    if (block == nullptr)
+        return false;
+    const LPCWSTR units = static_cast<LPCWSTR>(block);
+    const size_t capacity = LocalSize(block) / sizeof(WCHAR);
+    size_t length = 0;
+    while (length < capacity && units[length] != 0)
+        ++length;
+    text = CString(units, length);
+    LocalFree(block);
+    return true;
+}

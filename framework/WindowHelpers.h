@@ -61,6 +61,13 @@ private:
     bool m_updateAfter = false;
 };
 
+// Puts text on the clipboard as CF_UNICODETEXT; false when the clipboard
+// cannot be opened or the block made.
+bool PutClipboardText(HWND owner, const CString& text);
+// The clipboard's CF_UNICODETEXT; false (text empty) when there is none or it
+// cannot be read.
+bool ReadClipboardText(HWND owner, CString& text);
+
 // The soft-key bar of a window from a menu or a menu-bar resource; null when
 // it cannot be made.
 HWND CreateMenuBar(HWND parent, HINSTANCE instance, UINT resourceId, bool isMenuBarResource);

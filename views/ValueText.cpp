@@ -14,7 +14,30 @@ const int kImageExpandString = 11;
 const int kImageNone = 12;
 const int kImageOther = 13;
 
-CString FirstString(const BYTE* data, size_t size)
+CString HexBytes(const BYTE* data, size_t size)
+{
+    CString text = HexPairsText(data, size < kMaxShownBytes ? size : kMaxShownBytes);
+    if (size > kMaxShownBytes)
+        text += TEXT("...");
+    return text;
+}
+
+}  // namespace
+
+CString HexPairsText(const BYTE* data, size_t size)
+{
+    static const WCHAR kDigits[] = TEXT("0123456789ABCDEF");
+    CString text;
+    for (size_t i = 0; i < size; ++i) {
+        if (i != 0)
+            text += TEXT(' ');
+        text += kDigits[data[i] >> 4];
+        text += kDigits[data[i] & 15];
+    }
+    return text;
+}
+
+CString StringDataText(const BYTE* data, size_t size)
 {
     CString text;
     const size_t units = size / sizeof(WCHAR);
@@ -27,19 +50,6 @@ CString FirstString(const BYTE* data, size_t size)
     }
     return text;
 }
-
-CString HexBytes(const BYTE* data, size_t size)
-{
-    CString text;
-    const size_t shown = size < kMaxShownBytes ? size : kMaxShownBytes;
-    for (size_t i = 0; i < shown; ++i)
-        text.AppendFormat(i == 0 ? TEXT("%02X") : TEXT(" %02X"), static_cast<unsigned>(data[i]));
-    if (size > kMaxShownBytes)
-        text += TEXT("...");
-    return text;
-}
-
-}  // namespace
 
 int ValueImage(DWORD type, bool cut)
 {
@@ -61,9 +71,9 @@ CString ValueDataText(DWORD type, const BYTE* data, size_t size)
     switch (type) {
     case REG_SZ:
     case REG_EXPAND_SZ:
-        return FirstString(data, size);
+        return StringDataText(data, size);
     case REG_MULTI_SZ:
-        return FirstString(data, size) + TEXT("...");
+        return StringDataText(data, size) + TEXT("...");
     case REG_DWORD: {
         if (size != sizeof(DWORD))
             return CString();
