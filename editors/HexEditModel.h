@@ -56,7 +56,6 @@ public:
 
     // 0: as many as fit.
     void SetRequestedBytesPerRow(UINT count);
-    UINT RequestedBytesPerRow() const { return m_requestedPerRow; }
     // The row length every calculation uses.
     size_t RowLength() const;
 
@@ -65,7 +64,6 @@ public:
     const SHexEditMetrics& Metrics() const { return m_metrics; }
     UINT FittedBytesPerRow() const { return m_fittedPerRow; }
     int VisibleRows() const { return m_visibleRows; }
-    int PartialRows() const { return m_partialRows; }
     // The window width that shows `count` bytes a row exactly, without the
     // non-client parts; 0 for 0.
     int ClientWidthFor(UINT count) const;
@@ -78,7 +76,6 @@ public:
     size_t Top() const { return m_top; }
 
     size_t Caret() const { return m_caret; }
-    size_t SelectionStart() const { return m_selStart; }
     size_t SelectionEnd() const { return m_selEnd; }
     size_t SelectionMin() const { return m_selStart < m_selEnd ? m_selStart : m_selEnd; }
     size_t SelectionMax() const { return m_selStart < m_selEnd ? m_selEnd : m_selStart; }
