@@ -85,6 +85,10 @@ private:
     void RestorePosition();
     void SavePosition();
 
+    // Key dialogs and bookmarks, in MainWndKeysBookmarks_win.cpp.
+    void NewKey();
+    void ShowKeyProperties();
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;

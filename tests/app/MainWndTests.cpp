@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <utility>
+#include <vector>
 
 #include <windows.h>
 
@@ -9,16 +11,24 @@
 #include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
+#include "framework/MessageBox.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
+#include "tests/ui/FileDialogTestSupport.h"
 #include "tests/ui/UiTestSupport.h"
 
 namespace {
+
+CString ItemText(HWND dialog, int id)
+{
+    return CShdWnd::GetWindowTextOr(GetDlgItem(dialog, id), L"");
+}
 
 // An interactive main window made in the test's own thread, with the
 // program's resources from the test's module.
@@ -52,11 +62,62 @@ protected:
         PumpMessages();
     }
 
+    // Expands the tree down to a key below HKEY_CURRENT_USER and selects it.
+    void SelectUserKey(const CString& path)
+    {
+        SelectRoot(1);
+        CString rest = path;
+        while (!rest.IsEmpty()) {
+            const int slash = rest.Find(L'\\');
+            const CString name = slash < 0 ? rest : rest.Left(slash);
+            rest = slash < 0 ? CString() : rest.Mid(slash + 1);
+            HTREEITEM item = TreeView_GetSelection(m_tree);
+            TreeView_Expand(m_tree, item, TVE_EXPAND);
+            for (item = TreeView_GetChild(m_tree, item); item != nullptr; item = TreeView_GetNextSibling(m_tree, item)) {
+                WCHAR label[260] = {};
+                TVITEMW data = {};
+                data.mask = TVIF_TEXT;
+                data.hItem = item;
+                data.pszText = label;
+                data.cchTextMax = 260;
+                TreeView_GetItem(m_tree, &data);
+                if (name == label)
+                    break;
+            }
+            ASSERT_NE(item, nullptr) << ToUtf8(name);
+            TreeView_SelectItem(m_tree, item);
+        }
+        PumpMessages();
+    }
+
+    // Runs a command that opens the dialog `caption`, with the steps run
+    // inside its loop; whatever the steps leave open is cancelled.
+    void RunDialog(UINT command, LPCWSTR caption, std::vector<std::function<void(HWND)>> steps)
+    {
+        bool opened = false;
+        std::vector<std::function<void()>> wrapped;
+        for (auto& step : steps) {
+            wrapped.push_back([caption, step, &opened] {
+                if (const HWND dialog = FindDialog(caption)) {
+                    opened = true;
+                    step(dialog);
+                }
+            });
+        }
+        wrapped.push_back([caption] {
+            if (const HWND dialog = FindDialog(caption))
+                SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+        });
+        CModalScript script(std::move(wrapped));
+        Command(command);
+        EXPECT_TRUE(opened) << ToUtf8(caption) << " did not open";
+    }
+
     RECT ChildRect(HWND child) const
     {
         RECT rect;
         GetWindowRect(child, &rect);
-        MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&rect), 2);
+        MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
         return rect;
     }
 
@@ -73,6 +134,11 @@ protected:
     }
 
     CMainWnd m_window;
+    std::vector<CString> m_messages;
+    CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
+        m_messages.push_back(text);
+        return IDOK;
+    }};
     HWND m_hwnd = nullptr;
     HWND m_tree = nullptr;
     HWND m_list = nullptr;
@@ -142,6 +208,94 @@ TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
     PumpMessages();
     EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5)) << "a horizontal bar ignores Left and Right";
     EXPECT_EQ(ChildRect(m_splitter).top, before + ScaleY(5));
+}
+
+// Every refusal leaves the dialog open with what was typed; a created key
+// carries its class and is selected in the tree, and Properties shows both.
+TEST_F(MainWnd, NewKeyAndKeyProperties)
+{
+    CFaultInjectingPlatform faults;
+    CScopedPlatform scoped(faults);
+    faults.FailOpen(L"Refused");
+    CScratchKey scratch(L"NewKey");
+    CShdRegKey existing;
+    ASSERT_TRUE(existing.Create(scratch.Handle(), L"Existing", nullptr));
+    existing.Close(false);
+    SelectUserKey(scratch.Path());
+    const struct {
+        const char* name;
+        const char* message;
+        bool focusOnName;
+    } refusals[] = {
+        {"a\\b", "Invalid key name", false},
+        {"", "Key with this name already exists", true},
+        {"EXISTING", "Key with this name already exists", true},
+        {"Refused", "Unable to create key", true},
+    };
+    auto type = [](HWND dialog, const char* name, const char* keyClass) {
+        SetDlgItemTextW(dialog, IDC_KEY_NAME, W(name));
+        SetDlgItemTextW(dialog, IDC_KEY_CLASS, W(keyClass));
+        SetFocus(GetDlgItem(dialog, IDC_KEY_CLASS));
+        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+    };
+    auto checkLayout = [this](HWND dialog) {
+        for (const int height : {ScaleY(180), ScaleY(180) - 1}) {
+            RECT frame;
+            RECT client;
+            GetWindowRect(dialog, &frame);
+            GetClientRect(dialog, &client);
+            SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left,
+                         height + (frame.bottom - frame.top) - client.bottom, SWP_NOZORDER | SWP_NOMOVE);
+            const RECT name = ChildRect(GetDlgItem(dialog, IDC_KEY_NAME));
+            const RECT keyClass = ChildRect(GetDlgItem(dialog, IDC_KEY_CLASS));
+            EXPECT_EQ(keyClass.top > name.top, height == ScaleY(180)) << height;
+            EXPECT_EQ(keyClass.left > name.left, height < ScaleY(180)) << height;
+        }
+    };
+    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+        EXPECT_EQ(ItemText(dialog, IDC_PARENT_KEY),
+                  L"HKEY_CURRENT_USER\\" + scratch.Path());
+        checkLayout(dialog);
+        for (const auto& refusal : refusals) {
+            SCOPED_TRACE(refusal.name);
+            m_messages.clear();
+            type(dialog, refusal.name, "typed");
+            EXPECT_EQ(m_messages, std::vector<CString>{W(refusal.message)});
+            EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), W(refusal.name));
+            EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), W("typed"));
+            EXPECT_EQ(GetFocus() == GetDlgItem(dialog, IDC_KEY_NAME), refusal.focusOnName);
+        }
+        EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, scratch.Path()), ".\n" "Existing\n");
+        type(dialog, "New", "Klasse");
+    }});
+    HKEY root = nullptr;
+    CString selected;
+    EXPECT_TRUE(m_window.GetSelectedKey(root, selected));
+    EXPECT_EQ(selected, scratch.Path() + L"\\New");
+    CShdRegKey created;
+    CString storedClass;
+    EXPECT_TRUE(created.Open(scratch.Handle(), L"New") && created.GetClass(storedClass));
+    created.Close(false);
+    EXPECT_EQ(storedClass, L"Klasse");
+    RunDialog(IDM_KEY_PROPERTIES, L"Key Properties", {[&](HWND dialog) {
+        EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"HKEY_CURRENT_USER\\" + selected);
+        EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), L"Klasse");
+        SendMessageW(dialog, WM_COMMAND, IDM_CLOSE, 0);
+    }});
+
+    // Keys deleted behind the program's back.
+    DeleteTreeForTests(scratch.Handle(), L"New");
+    m_messages.clear();
+    Command(IDM_KEY_PROPERTIES);
+    EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open registry key."});
+    SelectUserKey(scratch.Path());
+    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+        DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
+        m_messages.clear();
+        type(dialog, "Late", "");
+        EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open parent key"});
+        EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"Late");
+    }});
 }
 
 }  // namespace
