@@ -3,6 +3,10 @@
 
 #include "editors/EditKeyDlg_win.h"
 #include "editors/KeyPropertiesDlg_win.h"
+#include "framework/MessageBox.h"
+#include "registry/RegKey.h"
+#include "settings/Bookmarks.h"
+#include "settings/BookmarksDlg_win.h"
 
 void CMainWnd::NewKey()
 {
@@ -30,4 +34,41 @@ void CMainWnd::ShowKeyProperties()
     CString path;
     if (GetSelectedKey(root, path))
         KeyPropertiesDialog(GetHwnd(), root, path);
+}
+
+void CMainWnd::AddToBookmarks()
+{
+    const HWND focus = GetFocus() == m_list ? m_list : m_tree;
+    HKEY root = nullptr;
+    CString path;
+    if (GetSelectedKey(root, path)) {
+        switch (AddBookmark(root, path)) {
+        case EAddBookmarkResult::Added:
+            ShowMessage(GetHwnd(), L"Bookmark was successfully added.", MB_OK | MB_ICONINFORMATION);
+            break;
+        case EAddBookmarkResult::AlreadyExists:
+            ShowMessage(GetHwnd(), L"This bookmark already exists.", MB_OK | MB_ICONEXCLAMATION);
+            break;
+        default:
+            ShowMessage(GetHwnd(), L"Unknown internal error.", MB_OK | MB_ICONEXCLAMATION);
+            break;
+        }
+    }
+    SetFocus(focus);
+}
+
+void CMainWnd::ShowBookmarks()
+{
+    HKEY root = nullptr;
+    CString path;
+    if (!BookmarksDialog(GetHwnd(), root, path))
+        return;
+    // The tree may still show a key deleted since it was loaded: ask the
+    // registry first.
+    CShdRegKey key;
+    const bool exists = key.Open(root, path);
+    key.Close(false);
+    if (!exists || !NavigateTo(root, path))
+        ShowMessage(GetHwnd(), L"Unable to show registry key.", MB_OK | MB_ICONEXCLAMATION);
+    SetFocus(m_tree);
 }

@@ -88,6 +88,8 @@ private:
     // Key dialogs and bookmarks, in MainWndKeysBookmarks_win.cpp.
     void NewKey();
     void ShowKeyProperties();
+    void AddToBookmarks();
+    void ShowBookmarks();
 
     CClass m_interactiveClass;
     CClass m_commandLineClass;

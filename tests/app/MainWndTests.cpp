@@ -16,7 +16,9 @@
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
+#include "settings/ProgramKeys.h"
 #include "settings/Settings.h"
+#include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
@@ -65,6 +67,7 @@ protected:
     // Expands the tree down to a key below HKEY_CURRENT_USER and selects it.
     void SelectUserKey(const CString& path)
     {
+        Command(IDM_REGISTRY_REFRESH);
         SelectRoot(1);
         CString rest = path;
         while (!rest.IsEmpty()) {
@@ -296,6 +299,72 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
         EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open parent key"});
         EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"Late");
     }});
+}
+
+// Bookmarks added from the main window and kept in the dialog: each step
+// leaves the stored values as the list shows them.
+TEST_F(MainWnd, Bookmarks)
+{
+    CSavedKey saved(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
+    CScratchKey scratch(L"Marks");
+    const CString marks = L"HKEY_CURRENT_USER\\" + scratch.Path();
+    CString lower = marks;
+    lower.MakeLower();
+    auto stored = [] { return DescribeTree(HKEY_LOCAL_MACHINE, kBookmarksKeyPath); };
+    SelectUserKey(scratch.Path());
+    Command(IDM_KEY_ADD_BOOKMARK);
+    Command(IDM_KEY_ADD_BOOKMARK);
+    EXPECT_EQ(m_messages, (std::vector<CString>{L"Bookmark was successfully added.", L"This bookmark already exists."}));
+    EXPECT_EQ(GetFocus(), m_tree);
+    EXPECT_EQ(stored(), "[count]=#1\n[item_0]=" + ToUtf8(marks) + "\n");
+
+    auto rows = [](HWND dialog) { return ListRows(GetDlgItem(dialog, IDC_BOOKMARK_LIST)); };
+    auto command = [](UINT id) { return [id](HWND dialog) { PostMessageW(dialog, WM_COMMAND, id, 0); }; };
+    auto type = [this](const CString& text, const char* message) {
+        return [this, text, message](HWND) {
+            const HWND edit = FindDialog(L"Edit Bookmark");
+            m_messages.clear();
+            SetDlgItemTextW(edit, IDC_BOOKMARK_LOCATION, text);
+            SendMessageW(edit, WM_COMMAND, IDOK, 0);
+            EXPECT_EQ(m_messages.empty() ? "" : ToUtf8(m_messages[0]), message) << ToUtf8(text);
+        };
+    };
+    std::vector<std::function<void(HWND)>> steps = {command(IDM_BOOKMARK_ADD)};
+    for (const char* invalid : {"", "HKLM\\a\\", "HKLM\\\\a", "HKXX\\a"})
+        steps.push_back(type(W(invalid), "Invalid location."));
+    for (const auto& step : std::vector<std::function<void(HWND)>>{
+             type(lower, ""),
+             [&](HWND dialog) {
+                 EXPECT_EQ(m_messages, std::vector<CString>{L"This bookmark already exists."});
+                 EXPECT_EQ(rows(dialog).size(), 1u);
+             },
+             command(IDM_BOOKMARK_EDIT), type(lower, ""), command(IDM_BOOKMARK_ADD), type(L"HKCU\\Software", ""),
+             command(IDM_BOOKMARK_ADD), type(L"hklm", ""),
+             [&](HWND dialog) {
+                 EXPECT_EQ(rows(dialog), (std::vector<CString>{lower, L"HKCU\\Software", L"hklm"}));
+                 EXPECT_EQ(stored(), "[count]=#3\n[item_0]=" + ToUtf8(lower) + "\n[item_1]=HKCU\\Software\n[item_2]=hklm\n");
+                 SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_DELETE, 0);
+                 EXPECT_EQ(SelectedRow(GetDlgItem(dialog, IDC_BOOKMARK_LIST)), 1) << "the new last row";
+                 SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_OPEN, 0);
+             }})
+        steps.push_back(step);
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps);
+    HKEY root = nullptr;
+    CString path;
+    EXPECT_TRUE(m_window.GetSelectedKey(root, path));
+    EXPECT_EQ(path, L"Software") << "a short root name opens";
+    EXPECT_EQ(stored(), "[count]=#2\n[item_0]=" + ToUtf8(lower) + "\n[item_1]=HKCU\\Software\n");
+
+    // The same key in another case; then gone since it was bookmarked; then
+    // every item deleted.
+    SelectUserKey(scratch.Path());
+    m_messages.clear();
+    Command(IDM_KEY_ADD_BOOKMARK);
+    DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_OPEN)});
+    EXPECT_EQ(m_messages, (std::vector<CString>{L"This bookmark already exists.", L"Unable to show registry key."}));
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)});
+    EXPECT_EQ(stored(), "[count]=#0\n");
 }
 
 }  // namespace
