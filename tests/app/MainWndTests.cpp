@@ -361,7 +361,14 @@ TEST_F(MainWnd, Bookmarks)
     m_messages.clear();
     Command(IDM_KEY_ADD_BOOKMARK);
     DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_OPEN)});
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
+        // One tap on the first row opens it.
+        const HWND list = GetDlgItem(dialog, IDC_BOOKMARK_LIST);
+        RECT row = {LVIR_LABEL, 0, 0, 0};
+        SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
+        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(row.left + 4, row.top + 2));
+        SendMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(row.left + 4, row.top + 2));
+    }});
     EXPECT_EQ(m_messages, (std::vector<CString>{L"This bookmark already exists.", L"Unable to show registry key."}));
     RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)});
     EXPECT_EQ(stored(), "[count]=#0\n");
