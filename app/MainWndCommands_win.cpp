@@ -24,6 +24,18 @@ void CMainWnd::OnCommand(UINT command)
     case IDM_KEY_COPY_NAME:
         CopyKeyName();
         break;
+    case IDM_KEY_NEW:
+        NewKey();
+        break;
+    case IDM_KEY_PROPERTIES:
+        ShowKeyProperties();
+        break;
+    case IDM_KEY_ADD_BOOKMARK:
+        AddToBookmarks();
+        break;
+    case IDM_BOOKMARKS:
+        ShowBookmarks();
+        break;
     case IDM_EXPORT: {
         const HWND focus = GetFocus() == m_tree ? m_tree : m_list;
         GetSelectedKey(root, path);

@@ -108,6 +108,12 @@ private:
     void EditSelectedValue(bool asBinary);
     void NewValue(DWORD type, bool custom);
 
+    // Key dialogs and bookmarks, in MainWndKeysBookmarks_win.cpp.
+    void NewKey();
+    void ShowKeyProperties();
+    void AddToBookmarks();
+    void ShowBookmarks();
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;

@@ -87,23 +87,21 @@ void CBookmarkList::Load()
 }
 
 // The count is written as 0 before the items and as their number after
-// them. A save cut short (a crash, a refused write) therefore leaves a count
-// of 0, and the list loads as empty rather than as a mixture of old and new
-// items. Items left over from a longer list are deleted last: beyond the
-// count they are never loaded, and a later save overwrites them anyway.
+// them, so a save cut short by a crash leaves a count of 0, and the list
+// loads as empty rather than as a mixture of old and new items. A refused
+// write stops nothing: the others still go in, and a list missing one item
+// loads better than none. Items left over from a longer list are deleted
+// last: beyond the count they are never loaded anyway.
 bool CBookmarkList::Save() const
 {
     CShdRegKey key(true);
-    if (!key.Create(HKEY_LOCAL_MACHINE, kBookmarksKeyPath, nullptr) || !key.WriteDword(kCount, 0))
+    if (!key.Create(HKEY_LOCAL_MACHINE, kBookmarksKeyPath, nullptr))
         return false;
+    bool ok = key.WriteDword(kCount, 0);
     const size_t count = m_items.GetCount();
-    for (size_t i = 0; i < count; ++i) {
-        if (!key.WriteString(ItemName(i), *m_items[i]))
-            return false;
-    }
-    if (!key.WriteDword(kCount, static_cast<DWORD>(count)))
-        return false;
-    bool ok = true;
+    for (size_t i = 0; i < count; ++i)
+        ok = key.WriteString(ItemName(i), *m_items[i]) && ok;
+    ok = key.WriteDword(kCount, static_cast<DWORD>(count)) && ok;
     for (const auto& item : ItemValueNames(key)) {
         if (item.first >= count)
             ok = key.DeleteValue(item.second) && ok;

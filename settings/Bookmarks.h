@@ -29,7 +29,8 @@ public:
     // Replaces the list with the stored one. Missing and empty items are
     // skipped; a missing key gives an empty list.
     void Load();
-    // Replaces the stored list with this one; false when a write failed.
+    // Replaces the stored list with this one, going on past refused writes;
+    // false when any write failed.
     bool Save() const;
 
     size_t GetCount() const { return m_items.GetCount(); }

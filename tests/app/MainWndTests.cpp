@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -21,13 +22,21 @@
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
+#include "settings/ProgramKeys.h"
 #include "settings/Settings.h"
+#include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
+#include "tests/ui/FileDialogTestSupport.h"
 #include "tests/ui/UiTestSupport.h"
 
 namespace {
+
+CString ItemText(HWND dialog, int id)
+{
+    return CShdWnd::GetWindowTextOr(GetDlgItem(dialog, id), L"");
+}
 
 // An interactive main window made in the test's own thread, with the
 // program's resources from the test's module.
@@ -61,11 +70,63 @@ protected:
         PumpMessages();
     }
 
+    // Expands the tree down to a key below HKEY_CURRENT_USER and selects it.
+    void SelectUserKey(const CString& path)
+    {
+        Command(IDM_REGISTRY_REFRESH);
+        SelectRoot(1);
+        CString rest = path;
+        while (!rest.IsEmpty()) {
+            const int slash = rest.Find(L'\\');
+            const CString name = slash < 0 ? rest : rest.Left(slash);
+            rest = slash < 0 ? CString() : rest.Mid(slash + 1);
+            HTREEITEM item = TreeView_GetSelection(m_tree);
+            TreeView_Expand(m_tree, item, TVE_EXPAND);
+            for (item = TreeView_GetChild(m_tree, item); item != nullptr; item = TreeView_GetNextSibling(m_tree, item)) {
+                WCHAR label[260] = {};
+                TVITEMW data = {};
+                data.mask = TVIF_TEXT;
+                data.hItem = item;
+                data.pszText = label;
+                data.cchTextMax = 260;
+                TreeView_GetItem(m_tree, &data);
+                if (name == label)
+                    break;
+            }
+            ASSERT_NE(item, nullptr) << ToUtf8(name);
+            TreeView_SelectItem(m_tree, item);
+        }
+        PumpMessages();
+    }
+
+    // Runs a command that opens the dialog `caption`, with the steps run
+    // inside its loop; whatever the steps leave open is cancelled.
+    void RunDialog(UINT command, LPCWSTR caption, std::vector<std::function<void(HWND)>> steps)
+    {
+        bool opened = false;
+        std::vector<std::function<void()>> wrapped;
+        for (auto& step : steps) {
+            wrapped.push_back([caption, step, &opened] {
+                if (const HWND dialog = FindDialog(caption)) {
+                    opened = true;
+                    step(dialog);
+                }
+            });
+        }
+        wrapped.push_back([caption] {
+            if (const HWND dialog = FindDialog(caption))
+                SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+        });
+        CModalScript script(std::move(wrapped));
+        Command(command);
+        EXPECT_TRUE(opened) << ToUtf8(caption) << " did not open";
+    }
+
     RECT ChildRect(HWND child) const
     {
         RECT rect;
         GetWindowRect(child, &rect);
-        MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&rect), 2);
+        MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
         return rect;
     }
 
@@ -82,6 +143,11 @@ protected:
     }
 
     CMainWnd m_window;
+    std::vector<CString> m_messages;
+    CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
+        m_messages.push_back(text);
+        return IDOK;
+    }};
     HWND m_hwnd = nullptr;
     HWND m_tree = nullptr;
     HWND m_list = nullptr;
@@ -151,6 +217,167 @@ TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
     PumpMessages();
     EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5)) << "a horizontal bar ignores Left and Right";
     EXPECT_EQ(ChildRect(m_splitter).top, before + ScaleY(5));
+}
+
+// Every refusal leaves the dialog open with what was typed; a created key
+// carries its class and is selected in the tree, and Properties shows both.
+TEST_F(MainWnd, NewKeyAndKeyProperties)
+{
+    CFaultInjectingPlatform faults;
+    CScopedPlatform scoped(faults);
+    faults.FailOpen(L"Refused");
+    CScratchKey scratch(L"NewKey");
+    CShdRegKey existing;
+    ASSERT_TRUE(existing.Create(scratch.Handle(), L"Existing", nullptr));
+    existing.Close(false);
+    SelectUserKey(scratch.Path());
+    const struct {
+        const char* name;
+        const char* message;
+        bool focusOnName;
+    } refusals[] = {
+        {"a\\b", "Invalid key name", false},
+        {"", "Key with this name already exists", true},
+        {"EXISTING", "Key with this name already exists", true},
+        {"Refused", "Unable to create key", true},
+    };
+    auto type = [](HWND dialog, const char* name, const char* keyClass) {
+        SetDlgItemTextW(dialog, IDC_KEY_NAME, W(name));
+        SetDlgItemTextW(dialog, IDC_KEY_CLASS, W(keyClass));
+        SetFocus(GetDlgItem(dialog, IDC_KEY_CLASS));
+        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+    };
+    auto checkLayout = [this](HWND dialog) {
+        for (const int height : {ScaleY(180), ScaleY(180) - 1}) {
+            RECT frame;
+            RECT client;
+            GetWindowRect(dialog, &frame);
+            GetClientRect(dialog, &client);
+            SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left,
+                         height + (frame.bottom - frame.top) - client.bottom, SWP_NOZORDER | SWP_NOMOVE);
+            const RECT name = ChildRect(GetDlgItem(dialog, IDC_KEY_NAME));
+            const RECT keyClass = ChildRect(GetDlgItem(dialog, IDC_KEY_CLASS));
+            EXPECT_EQ(keyClass.top > name.top, height == ScaleY(180)) << height;
+            EXPECT_EQ(keyClass.left > name.left, height < ScaleY(180)) << height;
+        }
+    };
+    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+        EXPECT_EQ(ItemText(dialog, IDC_PARENT_KEY),
+                  L"HKEY_CURRENT_USER\\" + scratch.Path());
+        checkLayout(dialog);
+        for (const auto& refusal : refusals) {
+            SCOPED_TRACE(refusal.name);
+            m_messages.clear();
+            type(dialog, refusal.name, "typed");
+            EXPECT_EQ(m_messages, std::vector<CString>{W(refusal.message)});
+            EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), W(refusal.name));
+            EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), W("typed"));
+            EXPECT_EQ(GetFocus() == GetDlgItem(dialog, IDC_KEY_NAME), refusal.focusOnName);
+        }
+        EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, scratch.Path()), ".\n" "Existing\n");
+        type(dialog, "New", "Klasse");
+    }});
+    HKEY root = nullptr;
+    CString selected;
+    EXPECT_TRUE(m_window.GetSelectedKey(root, selected));
+    EXPECT_EQ(selected, scratch.Path() + L"\\New");
+    CShdRegKey created;
+    CString storedClass;
+    EXPECT_TRUE(created.Open(scratch.Handle(), L"New") && created.GetClass(storedClass));
+    created.Close(false);
+    EXPECT_EQ(storedClass, L"Klasse");
+    RunDialog(IDM_KEY_PROPERTIES, L"Key Properties", {[&](HWND dialog) {
+        EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"HKEY_CURRENT_USER\\" + selected);
+        EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), L"Klasse");
+        SendMessageW(dialog, WM_COMMAND, IDM_CLOSE, 0);
+    }});
+
+    // Keys deleted behind the program's back.
+    DeleteTreeForTests(scratch.Handle(), L"New");
+    m_messages.clear();
+    Command(IDM_KEY_PROPERTIES);
+    EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open registry key."});
+    SelectUserKey(scratch.Path());
+    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+        DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
+        m_messages.clear();
+        type(dialog, "Late", "");
+        EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open parent key"});
+        EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"Late");
+    }});
+}
+
+// Bookmarks added from the main window and kept in the dialog: each step
+// leaves the stored values as the list shows them.
+TEST_F(MainWnd, Bookmarks)
+{
+    CSavedKey saved(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
+    CScratchKey scratch(L"Marks");
+    const CString marks = L"HKEY_CURRENT_USER\\" + scratch.Path();
+    CString lower = marks;
+    lower.MakeLower();
+    auto stored = [] { return DescribeTree(HKEY_LOCAL_MACHINE, kBookmarksKeyPath); };
+    SelectUserKey(scratch.Path());
+    Command(IDM_KEY_ADD_BOOKMARK);
+    Command(IDM_KEY_ADD_BOOKMARK);
+    EXPECT_EQ(m_messages, (std::vector<CString>{L"Bookmark was successfully added.", L"This bookmark already exists."}));
+    EXPECT_EQ(GetFocus(), m_tree);
+    EXPECT_EQ(stored(), "[count]=#1\n[item_0]=" + ToUtf8(marks) + "\n");
+
+    auto rows = [](HWND dialog) { return ListRows(GetDlgItem(dialog, IDC_BOOKMARK_LIST)); };
+    auto command = [](UINT id) { return [id](HWND dialog) { PostMessageW(dialog, WM_COMMAND, id, 0); }; };
+    auto type = [this](const CString& text, const char* message) {
+        return [this, text, message](HWND) {
+            const HWND edit = FindDialog(L"Edit Bookmark");
+            m_messages.clear();
+            SetDlgItemTextW(edit, IDC_BOOKMARK_LOCATION, text);
+            SendMessageW(edit, WM_COMMAND, IDOK, 0);
+            EXPECT_EQ(m_messages.empty() ? "" : ToUtf8(m_messages[0]), message) << ToUtf8(text);
+        };
+    };
+    std::vector<std::function<void(HWND)>> steps = {command(IDM_BOOKMARK_ADD)};
+    for (const char* invalid : {"", "HKLM\\a\\", "HKLM\\\\a", "HKXX\\a"})
+        steps.push_back(type(W(invalid), "Invalid location."));
+    for (const auto& step : std::vector<std::function<void(HWND)>>{
+             type(lower, ""),
+             [&](HWND dialog) {
+                 EXPECT_EQ(m_messages, std::vector<CString>{L"This bookmark already exists."});
+                 EXPECT_EQ(rows(dialog).size(), 1u);
+             },
+             command(IDM_BOOKMARK_EDIT), type(lower, ""), command(IDM_BOOKMARK_ADD), type(L"HKCU\\Software", ""),
+             command(IDM_BOOKMARK_ADD), type(L"hklm", ""),
+             [&](HWND dialog) {
+                 EXPECT_EQ(rows(dialog), (std::vector<CString>{lower, L"HKCU\\Software", L"hklm"}));
+                 EXPECT_EQ(stored(), "[count]=#3\n[item_0]=" + ToUtf8(lower) + "\n[item_1]=HKCU\\Software\n[item_2]=hklm\n");
+                 SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_DELETE, 0);
+                 EXPECT_EQ(SelectedRow(GetDlgItem(dialog, IDC_BOOKMARK_LIST)), 1) << "the new last row";
+                 SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_OPEN, 0);
+             }})
+        steps.push_back(step);
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps);
+    HKEY root = nullptr;
+    CString path;
+    EXPECT_TRUE(m_window.GetSelectedKey(root, path));
+    EXPECT_EQ(path, L"Software") << "a short root name opens";
+    EXPECT_EQ(stored(), "[count]=#2\n[item_0]=" + ToUtf8(lower) + "\n[item_1]=HKCU\\Software\n");
+
+    // The same key in another case; then gone since it was bookmarked; then
+    // every item deleted.
+    SelectUserKey(scratch.Path());
+    m_messages.clear();
+    Command(IDM_KEY_ADD_BOOKMARK);
+    DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
+        // One tap on the first row opens it.
+        const HWND list = GetDlgItem(dialog, IDC_BOOKMARK_LIST);
+        RECT row = {LVIR_LABEL, 0, 0, 0};
+        SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
+        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(row.left + 4, row.top + 2));
+        SendMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(row.left + 4, row.top + 2));
+    }});
+    EXPECT_EQ(m_messages, (std::vector<CString>{L"This bookmark already exists.", L"Unable to show registry key."}));
+    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)});
+    EXPECT_EQ(stored(), "[count]=#0\n");
 }
 
 }  // namespace

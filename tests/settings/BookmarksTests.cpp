@@ -47,8 +47,9 @@ TEST_F(BookmarksTest, LoadSkipsGapsAndTheNextSaveClosesThem)
               "[count]=#2\n[item_05]=HKLM\\padded\n[item_0]=HKLM\\zero\n[item_1]=HKLM\\two\n");
 }
 
-// Saving three items takes five writes: count 0, the items, the count.
-TEST_F(BookmarksTest, ASaveCutShortLoadsAsEmpty)
+// Saving three items takes five writes: count 0, the items, the count. A
+// save cut short loads as empty; one refused item costs only that item.
+TEST_F(BookmarksTest, ASaveCutShortLoadsAsEmptyAndARefusedItemStopsNothing)
 {
     for (int k = 0; k <= 5; ++k) {
         SCOPED_TRACE(k);
@@ -63,6 +64,12 @@ TEST_F(BookmarksTest, ASaveCutShortLoadsAsEmpty)
         m_faults.Clear();
         EXPECT_EQ(Loaded(), k == 0 ? "HKLM\\old1,HKLM\\old2" : k < 5 ? "" : "HKLM\\old1,HKLM\\old2,HKLM\\new");
     }
+    m_faults.FailValueWrite(W("item_0"));
+    CBookmarkList list;
+    list.Load();
+    EXPECT_EQ(list.Replace(2, W("HKCU\\new")), EChange::Failed);
+    EXPECT_EQ(DescribeTree(HKEY_LOCAL_MACHINE, kBookmarksKeyPath),
+              "[count]=#3\n[item_0]=HKLM\\old1\n[item_1]=HKLM\\old2\n[item_2]=HKCU\\new\n");
 }
 
 TEST_F(BookmarksTest, DuplicatesAreFoundWithoutRegardToCase)

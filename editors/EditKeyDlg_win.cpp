@@ -1,0 +1,141 @@
+#include "editors/EditKeyDlg_win.h"
+
+#include "editors/KeyCreation.h"
+#include "framework/DialogSoftKeys_win.h"
+#include "framework/DpiScale.h"
+#include "framework/HandheldShell_win.h"
+#include "framework/MessageBox.h"
+#include "framework/ShdWnd.h"
+#include "registry/KeyPath.h"
+#include "resources/resource.h"
+
+namespace {
+
+const int kTopDesign = 31;
+const int kLabelHeightDesign = 13;
+const int kEditHeightDesign = 19;
+const int kMarginDesign = 8;
+const int kGapDesign = 4;
+// Below this client height name and class share their rows.
+const int kStackedMinHeightDesign = 180;
+
+void Place(HWND dialog, UINT id, int x, int y, int width, int height)
+{
+    MoveWindow(GetDlgItem(dialog, id), x, y, width, height, FALSE);
+}
+
+}  // namespace
+
+CEditKeyDlg::CEditKeyDlg(HKEY root, LPCWSTR parentPath, LPCWSTR name, LPCWSTR className)
+    : m_root(root), m_parentPath(parentPath), m_name(name), m_class(className)
+{
+}
+
+INT_PTR CEditKeyDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_INITDIALOG:
+        if (!OnInitDialog())
+            EndDialog(GetHwnd(), kResultInitFailed);
+        return FALSE;
+    case WM_SIZE:
+        Layout(LOWORD(lParam), HIWORD(lParam));
+        return FALSE;
+    case WM_HOTKEY:
+        if (HIWORD(lParam) != VK_TBACK)
+            return FALSE;
+        SHSendBackToFocusWindow(message, wParam, lParam);
+        return TRUE;
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDOK:
+            OnOk();
+            return TRUE;
+        case IDCANCEL:
+            EndDialog(GetHwnd(), kResultCancel);
+            return TRUE;
+        default:
+            return FALSE;
+        }
+    default:
+        return FALSE;
+    }
+}
+
+bool CEditKeyDlg::OnInitDialog()
+{
+    const HWND window = GetHwnd();
+    if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), IDR_DONE_CANCEL, IDR_DONE_CANCEL_MENUBAR) == nullptr)
+        return false;
+    SetDlgItemTextW(window, IDC_PARENT_KEY, FullKeyName(m_root, m_parentPath));
+    SetDlgItemTextW(window, IDC_KEY_NAME, m_name);
+    SetDlgItemTextW(window, IDC_KEY_CLASS, m_class);
+    RECT client = {};
+    GetClientRect(window, &client);
+    Layout(client.right, client.bottom);
+    SetFocus(GetDlgItem(window, IDC_KEY_NAME));
+    return true;
+}
+
+void CEditKeyDlg::OnOk()
+{
+    const HWND window = GetHwnd();
+    CShdWnd::GetWindowText(GetDlgItem(window, IDC_KEY_NAME), m_name);
+    CShdWnd::GetWindowText(GetDlgItem(window, IDC_KEY_CLASS), m_class);
+    const ECreateKeyResult result = CreateSubkey(m_root, m_parentPath, m_name, m_class);
+    if (result == ECreateKeyResult::Created) {
+        EndDialog(window, kResultOk);
+        return;
+    }
+    ShowMessage(window, CreateKeyRefusal(result), MB_OK | MB_ICONEXCLAMATION);
+    if (result == ECreateKeyResult::AlreadyExists || result == ECreateKeyResult::CreateFailed)
+        SetFocus(GetDlgItem(window, IDC_KEY_NAME));
+}
+
+void CEditKeyDlg::Layout(int width, int height)
+{
+    const HWND window = GetHwnd();
+    const int labelHeight = ScaleY(kLabelHeightDesign);
+    const int editHeight = ScaleY(kEditHeightDesign);
+    const int margin = ScaleX(kMarginDesign);
+    const int gap = ScaleY(kGapDesign);
+    const int fullWidth = width - 2 * margin;
+    int y = ScaleY(kTopDesign);
+    Place(window, IDC_PARENT_KEY_LABEL, margin, y, fullWidth, labelHeight);
+    y += labelHeight + gap;
+    Place(window, IDC_PARENT_KEY, margin, y, fullWidth, editHeight);
+    y += editHeight + gap;
+    if (height >= ScaleY(kStackedMinHeightDesign)) {
+        Place(window, IDC_KEY_NAME_LABEL, margin, y, fullWidth, labelHeight);
+        y += labelHeight + gap;
+        Place(window, IDC_KEY_NAME, margin, y, fullWidth, editHeight);
+        y += editHeight + gap;
+        Place(window, IDC_KEY_CLASS_LABEL, margin, y, fullWidth, labelHeight);
+        y += labelHeight + gap;
+        Place(window, IDC_KEY_CLASS, margin, y, fullWidth, editHeight);
+    } else {
+        // Too short to stack: name and class side by side.
+        const int columnWidth = (fullWidth - margin) / 2;
+        const int secondColumn = (width + margin) / 2;
+        Place(window, IDC_KEY_NAME_LABEL, margin, y, columnWidth, labelHeight);
+        Place(window, IDC_KEY_CLASS_LABEL, secondColumn, y, columnWidth, labelHeight);
+        y += labelHeight + gap;
+        Place(window, IDC_KEY_NAME, margin, y, columnWidth, editHeight);
+        Place(window, IDC_KEY_CLASS, secondColumn, y, columnWidth, editHeight);
+    }
+    // Controls are moved without painting and repainted together: the
+    // dialog does not clip its children, so repainting the area a control
+    // left could paint over one already moved there.
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+bool CreateKeyDialog(HWND owner, HKEY root, LPCWSTR parentPath, CString& name, CString& className)
+{
+    CEditKeyDlg dialog(root, parentPath, name, className);
+    dialog.SetFullScreen(true);
+    dialog.GetHelper().SetHeader(TEXT("Edit Key"));
+    const bool created = dialog.DoModal(GetModuleHandleW(nullptr), IDD_EDIT_KEY, owner, 0) == CShdDialog::kResultOk;
+    name = dialog.GetName();
+    className = dialog.GetClass();
+    return created;
+}

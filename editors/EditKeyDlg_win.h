@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+
+#include "framework/CString.h"
+#include "framework/ShdDialog.h"
+
+// "Edit Key": creates a subkey, with an optional class, under a parent key.
+// The dialog stays open, with what was typed, until a key is created or the
+// user cancels.
+class CEditKeyDlg : public CShdDialog {
+public:
+    CEditKeyDlg(HKEY root, LPCWSTR parentPath, LPCWSTR name, LPCWSTR className);
+
+    const CString& GetName() const { return m_name; }
+    const CString& GetClass() const { return m_class; }
+
+    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    bool OnInitDialog();
+    void OnOk();
+    void Layout(int width, int height);
+
+    HKEY m_root;
+    CString m_parentPath;
+    CString m_name;
+    CString m_class;
+};
+
+// Runs the dialog for a new subkey of (root, parentPath). `name` and
+// `className` go in as the texts shown and come out as typed. True when the
+// key was created.
+bool CreateKeyDialog(HWND owner, HKEY root, LPCWSTR parentPath, CString& name, CString& className);
