@@ -42,6 +42,8 @@ private:
 
 using CShdUniqueGdiObject = CShdUniqueHandle<HGDIOBJ, DeleteObject>;
 using CShdUniqueMenu = CShdUniqueHandle<HMENU, DestroyMenu>;
+// A memory device context of CreateCompatibleDC.
+using CShdUniqueDC = CShdUniqueHandle<HDC, DeleteDC>;
 
 // A GDI object of a known kind, deleted with DeleteObject.
 template <typename T>
