@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include "framework/ShdWnd.h"
 #include "search/FindAllSearch.h"
 
