@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "app/MainWnd_win.h"
 #include "framework/MessageBox.h"
 #include "framework/Utf8.h"
+#include "platform/Platform.h"
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
@@ -90,6 +92,39 @@ protected:
         return text;
     }
 
+    // The results list's texts, once the search is no longer running (at
+    // most thirty seconds).
+    std::vector<std::string> WaitForResults()
+    {
+        const HWND list = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        for (int wait = 0; wait < 3000 && SearchMenu()[0] == "(Start...)"; ++wait) {
+            Sleep(10);
+            PumpMessages();
+        }
+        std::vector<std::string> texts;
+        for (int i = 0; i < ListView_GetItemCount(list); ++i) {
+            WCHAR text[300] = {};
+            ListView_GetItemText(list, i, 0, text, 300);
+            texts.push_back(ToUtf8(CString(text)));
+        }
+        return texts;
+    }
+
+    std::string Status()
+    {
+        return ToUtf8(CShdWnd::GetWindowTextOr(GetDlgItem(m_hwnd, CMainWnd::kKeyNameId), L""));
+    }
+
+    void Activate(int item)
+    {
+        NMITEMACTIVATE activation = {};
+        activation.hdr.hwndFrom = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        activation.hdr.idFrom = CFindResultsWnd::kListId;
+        activation.hdr.code = LVN_ITEMACTIVATE;
+        activation.iItem = item;
+        SendMessageW(m_results, WM_NOTIFY, CFindResultsWnd::kListId, reinterpret_cast<LPARAM>(&activation));
+    }
+
     CScratchKey m_scratch;
     CMainWnd m_window;
     HWND m_hwnd = nullptr;
@@ -151,6 +186,79 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
     EXPECT_EQ(messages, std::vector<std::string>{"Search finished."});
     EXPECT_EQ(SearchMenu(), (std::vector<std::string>{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)",
                                                       "(Show Search Results)"}));
+}
+
+TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
+{
+    const std::string scratch = "HKCU\\" + ToUtf8(m_scratch.Path());
+    const struct {
+        const char* text;
+        UINT command;
+        std::vector<std::string> menu;
+        const char* status;
+        std::vector<std::string> items;
+    } cases[] = {
+        {"zqnothing", 0, {"(Start...)", "(Find Next)", "Pause Search", "Stop Search", "Show Main Window"},
+         "Search finished", {"< Nothing was found >"}},
+        {"qzfind", IDM_SEARCH_STOP, {"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)", "Show Main Window"},
+         "Search cancelled", {}},
+        {"qzfind", IDM_SEARCH_PAUSE, {"(Start...)", "(Find Next)", "Resume Search", "Stop Search", "Show Main Window"},
+         "Search finished",
+         {scratch + "\\a qzfind", scratch + "\\a qzfind", scratch + "\\b", scratch + "\\b\\qzfind c"}},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.text);
+        RunSearchDialog({[&](HWND dialog) {
+            SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, W(item.text));
+            SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
+        }});
+        const HWND list = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        WCHAR first[40] = {};
+        ListView_GetItemText(list, 0, 0, first, 40);
+        EXPECT_EQ(CString(first), W("< Cancel search >"));
+        if (item.command != 0)
+            SendMessageW(m_hwnd, WM_COMMAND, item.command, 0);
+        EXPECT_EQ(SearchMenu(), item.menu);
+        if (item.command == IDM_SEARCH_PAUSE) {
+            const int paused = ListView_GetItemCount(list);
+            Sleep(300);
+            PumpMessages();
+            EXPECT_EQ(ListView_GetItemCount(list), paused) << "nothing is added while paused";
+            SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_PAUSE, 0);
+        }
+        std::vector<std::string> items = WaitForResults();
+        EXPECT_EQ(Status(), item.status);
+        if (item.command == IDM_SEARCH_STOP)
+            continue;
+        // The copy of HKEY_CURRENT_USER under HKEY_USERS comes second.
+        items.resize(std::min(items.size(), item.items.size()));
+        EXPECT_EQ(items, item.items);
+    }
+
+    // Ctrl+Tab switches views; activating a match shows it, or says it is gone.
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS_KEY, 0);
+    EXPECT_FALSE(IsWindowVisible(m_results));
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS_KEY, 0);
+    EXPECT_TRUE(IsWindowVisible(m_results));
+    Activate(1);
+    EXPECT_EQ(Selection(), "HKCU\\a qzfind|qzfind value");
+    EXPECT_FALSE(IsWindowVisible(m_results));
+    EXPECT_EQ(GetFocus(), GetDlgItem(m_hwnd, CMainWnd::kListId));
+
+    CShdRegKey key;
+    ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("b")));
+    ASSERT_TRUE(key.DeleteValue(TEXT("data")));
+    ASSERT_EQ(Platform().RegDeleteKeyW(key.GetHandle(), TEXT("qzfind c")), ERROR_SUCCESS);
+    std::vector<std::string> messages;
+    CScopedMessageAnswerer answerer([&](HWND, LPCWSTR text, UINT) {
+        messages.push_back(ToUtf8(CString(text)));
+        return IDOK;
+    });
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS, 0);
+    Activate(2);
+    Activate(3);
+    EXPECT_EQ(messages, (std::vector<std::string>{"Unable to show found registry value.",
+                                                  "Unable to show found registry key."}));
 }
 
 }  // namespace
