@@ -11,6 +11,8 @@
 #include "framework/CString.h"
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdWnd.h"
+#include "search/FindResultsWnd_win.h"
+#include "search/RegFinder.h"
 #include "views/RegTree_win.h"
 #include "views/ValueList_win.h"
 
@@ -24,7 +26,7 @@ void SetAppInstance(HINSTANCE instance);
 // focus between the panes, and restores and saves the last position. In
 // command-line mode it runs the command line's verbs once it exists, then
 // closes itself, saving nothing.
-class CMainWnd : public CShdWnd {
+class CMainWnd : public CShdWnd, public CFindResultsWnd::ICallback {
 public:
     static const UINT kStartupMessage = WM_APP + 100;
     static const UINT kSplitterMessage = WM_USER + 1;
@@ -32,6 +34,7 @@ public:
     static const UINT kListId = 102;
     static const UINT kSplitterId = 103;
     static const UINT kKeyNameId = 104;
+    static const UINT kFindResultsId = 105;
 
     static const wchar_t kInteractiveClassName[];
     static const wchar_t kCommandLineClassName[];
@@ -55,6 +58,10 @@ public:
     void ShowFindResults(bool show);
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    // The results window's callback, in MainWndSearch_win.cpp.
+    void OnSearchStateChanged() override;
+    void ShowSearchResult(HKEY root, LPCWSTR keyPath, LPCWSTR valueName, bool isValue) override;
 
 private:
     int OnCreate();
@@ -85,6 +92,13 @@ private:
     void RestorePosition();
     void SavePosition();
 
+    // Search commands, in MainWndSearch_win.cpp.
+    bool CreateFindResults(const RECT& bounds);
+    void StartSearch();
+    void FindNext();
+    void PauseOrResumeSearch();
+    void ToggleFindResults();
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;
@@ -101,4 +115,7 @@ private:
     CPaneSplit m_split;
     // 0 empty; 1 or 2 values; 3 or 4 a key.
     int m_clipboardKind = 0;
+    CFindResultsWnd m_findResults;
+    // The search that "Find Next" continues.
+    CRegFinder m_finder;
 };

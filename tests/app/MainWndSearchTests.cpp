@@ -1,0 +1,264 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "app/MainWnd_win.h"
+#include "framework/MessageBox.h"
+#include "framework/Utf8.h"
+#include "platform/Platform.h"
+#include "registry/RegKey.h"
+#include "registry/RegistryRoots.h"
+#include "resources/resource.h"
+#include "settings/Settings.h"
+#include "tests/support/ScratchKey.h"
+#include "tests/support/TestText.h"
+#include "tests/ui/UiTestSupport.h"
+
+namespace {
+
+// A scratch key with two keys and a value whose names hold the search text
+// and a value whose data holds it.
+class MainWndSearch : public testing::Test {
+protected:
+    MainWndSearch() : m_scratch(TEXT("SearchCommands"))
+    {
+        CShdRegKey key;
+        EXPECT_TRUE(key.Create(m_scratch.Handle(), TEXT("a qzfind"), nullptr) &&
+                    key.WriteString(TEXT("qzfind value"), TEXT("-")));
+        EXPECT_TRUE(key.Create(m_scratch.Handle(), TEXT("b"), nullptr) &&
+                    key.WriteString(TEXT("data"), TEXT("has qzfind in it")));
+        EXPECT_TRUE(key.Create(m_scratch.Handle(), TEXT("b\\qzfind c"), nullptr));
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_window.Create(TestInstance()));
+        PumpMessages();
+        m_hwnd = m_window.GetHwnd();
+        m_results = GetDlgItem(m_hwnd, CMainWnd::kFindResultsId);
+        ASSERT_NE(m_results, nullptr);
+        m_window.ShowSearchResult(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, false);
+    }
+
+    // Runs "Start..." and, inside the dialog, the steps given the dialog.
+    void RunSearchDialog(std::vector<std::function<void(HWND)>> steps)
+    {
+        std::vector<std::function<void()>> script;
+        for (auto& step : steps)
+            script.push_back([step] { step(FindWindowW(L"#32770", L"Search")); });
+        CModalScript modal(script);
+        SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_START, 0);
+        EXPECT_TRUE(modal.Finished());
+    }
+
+    // The search menu as the main window prepares it: "text" or "(text)"
+    // when disabled, one per item.
+    std::vector<std::string> SearchMenu()
+    {
+        HMENU menu = LoadMenuW(TestInstance(), MAKEINTRESOURCEW(IDR_MAIN_MENU_OLD));
+        HMENU popup = GetSubMenu(menu, 0);
+        SendMessageW(m_hwnd, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
+        std::vector<std::string> items;
+        for (const UINT command : {IDM_SEARCH_START, IDM_SEARCH_FIND_NEXT, IDM_SEARCH_PAUSE, IDM_SEARCH_STOP,
+                                   IDM_SEARCH_SHOW_RESULTS}) {
+            WCHAR text[64] = {};
+            GetMenuStringW(popup, command, text, 64, MF_BYCOMMAND);
+            const bool grayed = (GetMenuState(popup, command, MF_BYCOMMAND) & MF_GRAYED) != 0;
+            items.push_back(grayed ? "(" + ToUtf8(CString(text)) + ")" : ToUtf8(CString(text)));
+        }
+        DestroyMenu(menu);
+        return items;
+    }
+
+    // Where the main window stands: "HKCU\...\key" or "...\key|value",
+    // relative to the scratch key, whatever the root.
+    std::string Selection()
+    {
+        HKEY root = nullptr;
+        CString path;
+        CString value;
+        m_window.GetSelectedKey(root, path);
+        std::string text = ToUtf8(CString(RootShortName(root))) + "\\";
+        const int at = path.Find(TEXT("SearchCommands"));
+        text += at < 0 ? ToUtf8(path) : ToUtf8(path.Mid(static_cast<size_t>(at) + 15));
+        if (m_window.GetSelectedValue(value))
+            text += "|" + ToUtf8(value);
+        return text;
+    }
+
+    // The results list's texts, once the search is no longer running (at
+    // most thirty seconds).
+    std::vector<std::string> WaitForResults()
+    {
+        const HWND list = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        for (int wait = 0; wait < 3000 && SearchMenu()[0] == "(Start...)"; ++wait) {
+            Sleep(10);
+            PumpMessages();
+        }
+        std::vector<std::string> texts;
+        for (int i = 0; i < ListView_GetItemCount(list); ++i) {
+            WCHAR text[300] = {};
+            ListView_GetItemText(list, i, 0, text, 300);
+            texts.push_back(ToUtf8(CString(text)));
+        }
+        return texts;
+    }
+
+    std::string Status()
+    {
+        return ToUtf8(CShdWnd::GetWindowTextOr(GetDlgItem(m_hwnd, CMainWnd::kKeyNameId), L""));
+    }
+
+    void Activate(int item)
+    {
+        NMITEMACTIVATE activation = {};
+        activation.hdr.hwndFrom = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        activation.hdr.idFrom = CFindResultsWnd::kListId;
+        activation.hdr.code = LVN_ITEMACTIVATE;
+        activation.iItem = item;
+        SendMessageW(m_results, WM_NOTIFY, CFindResultsWnd::kListId, reinterpret_cast<LPARAM>(&activation));
+    }
+
+    CScratchKey m_scratch;
+    CMainWnd m_window;
+    HWND m_hwnd = nullptr;
+    HWND m_results = nullptr;
+};
+
+TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEveryMatch)
+{
+    Settings().SetSearchParams(SSearchParams());
+    std::vector<std::string> messages;
+    CScopedMessageAnswerer answerer([&](HWND, LPCWSTR text, UINT) {
+        messages.push_back(ToUtf8(CString(text)));
+        return IDOK;
+    });
+    const auto checked = [](HWND dialog, int id) { return IsDlgButtonChecked(dialog, id) == BST_CHECKED; };
+    RunSearchDialog({[&](HWND dialog) {
+                         ASSERT_NE(dialog, nullptr);
+                         EXPECT_TRUE(checked(dialog, IDC_SEARCH_KEY_NAMES) && checked(dialog, IDC_SEARCH_BINARY));
+                         EXPECT_FALSE(checked(dialog, IDC_SEARCH_CASE_SENSITIVE));
+                         SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_START, 0);
+                         SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, L"qzfind");
+                         for (const int id : {IDC_SEARCH_KEY_NAMES, IDC_SEARCH_VALUE_NAMES, IDC_SEARCH_VALUE_DATA})
+                             SendDlgItemMessageW(dialog, id, BM_CLICK, 0, 0);
+                         EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SEARCH_DWORDS)));
+                         SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
+                     },
+                     [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
+    EXPECT_EQ(messages, (std::vector<std::string>{"Search string can't be empty.",
+                                                  "You should specify at least one item type to search for."}));
+    EXPECT_TRUE(Settings().GetSearchParams().searchString.IsEmpty()) << "Cancel keeps the saved criteria";
+
+    RunSearchDialog({[](HWND dialog) {
+        SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, L"qzfind");
+        SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_START, 0);
+    }});
+    EXPECT_EQ(Settings().GetSearchParams().searchString, W("qzfind")) << "OK saves them";
+    RunSearchDialog({[](HWND dialog) {
+        EXPECT_EQ(CShdWnd::GetWindowTextOr(GetDlgItem(dialog, IDC_SEARCH_TEXT), L""), W("qzfind"));
+        SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    }});
+
+    // The first step ran from the dialog; the others from "Find Next", once
+    // through HKEY_CURRENT_USER and once through its copy under HKEY_USERS,
+    // until nothing is left.
+    std::vector<std::string> visited = {Selection()};
+    messages.clear();
+    for (int step = 0; step < 12 && messages.empty(); ++step) {
+        SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_FIND_NEXT, 0);
+        PumpMessages();
+        if (messages.empty())
+            visited.push_back(Selection());
+    }
+    const std::vector<std::string> once = {"\\a qzfind", "\\a qzfind|qzfind value", "\\b|data", "\\b\\qzfind c"};
+    std::vector<std::string> expected;
+    for (const char* root : {"HKCU", "HKU"})
+        for (const std::string& match : once)
+            expected.push_back(root + match);
+    EXPECT_EQ(visited, expected);
+    EXPECT_EQ(messages, std::vector<std::string>{"Search finished."});
+    EXPECT_EQ(SearchMenu(), (std::vector<std::string>{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)",
+                                                      "(Show Search Results)"}));
+}
+
+TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
+{
+    const std::string scratch = "HKCU\\" + ToUtf8(m_scratch.Path());
+    const struct {
+        const char* text;
+        UINT command;
+        std::vector<std::string> menu;
+        const char* status;
+        std::vector<std::string> items;
+    } cases[] = {
+        {"zqnothing", 0, {"(Start...)", "(Find Next)", "Pause Search", "Stop Search", "Show Main Window"},
+         "Search finished", {"< Nothing was found >"}},
+        {"qzfind", IDM_SEARCH_STOP, {"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)", "Show Main Window"},
+         "Search cancelled", {}},
+        {"qzfind", IDM_SEARCH_PAUSE, {"(Start...)", "(Find Next)", "Resume Search", "Stop Search", "Show Main Window"},
+         "Search finished",
+         {scratch + "\\a qzfind", scratch + "\\a qzfind", scratch + "\\b", scratch + "\\b\\qzfind c"}},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.text);
+        RunSearchDialog({[&](HWND dialog) {
+            SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, W(item.text));
+            SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
+        }});
+        const HWND list = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        WCHAR first[40] = {};
+        ListView_GetItemText(list, 0, 0, first, 40);
+        EXPECT_EQ(CString(first), W("< Cancel search >"));
+        if (item.command != 0)
+            SendMessageW(m_hwnd, WM_COMMAND, item.command, 0);
+        EXPECT_EQ(SearchMenu(), item.menu);
+        if (item.command == IDM_SEARCH_PAUSE) {
+            const int paused = ListView_GetItemCount(list);
+            Sleep(300);
+            PumpMessages();
+            EXPECT_EQ(ListView_GetItemCount(list), paused) << "nothing is added while paused";
+            SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_PAUSE, 0);
+        }
+        std::vector<std::string> items = WaitForResults();
+        EXPECT_EQ(Status(), item.status);
+        if (item.command == IDM_SEARCH_STOP)
+            continue;
+        // The copy of HKEY_CURRENT_USER under HKEY_USERS comes second.
+        items.resize(std::min(items.size(), item.items.size()));
+        EXPECT_EQ(items, item.items);
+    }
+
+    // Ctrl+Tab switches views; activating a match shows it, or says it is gone.
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS_KEY, 0);
+    EXPECT_FALSE(IsWindowVisible(m_results));
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS_KEY, 0);
+    EXPECT_TRUE(IsWindowVisible(m_results));
+    Activate(1);
+    EXPECT_EQ(Selection(), "HKCU\\a qzfind|qzfind value");
+    EXPECT_FALSE(IsWindowVisible(m_results));
+    EXPECT_EQ(GetFocus(), GetDlgItem(m_hwnd, CMainWnd::kListId));
+
+    CShdRegKey key;
+    ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("b")));
+    ASSERT_TRUE(key.DeleteValue(TEXT("data")));
+    ASSERT_EQ(Platform().RegDeleteKeyW(key.GetHandle(), TEXT("qzfind c")), ERROR_SUCCESS);
+    std::vector<std::string> messages;
+    CScopedMessageAnswerer answerer([&](HWND, LPCWSTR text, UINT) {
+        messages.push_back(ToUtf8(CString(text)));
+        return IDOK;
+    });
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS, 0);
+    Activate(2);
+    Activate(3);
+    EXPECT_EQ(messages, (std::vector<std::string>{"Unable to show found registry value.",
+                                                  "Unable to show found registry key."}));
+}
+
+}  // namespace
