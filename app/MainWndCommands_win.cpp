@@ -77,6 +77,9 @@ void CMainWnd::OnCommand(UINT command)
     case IDM_SEARCH_SHOW_RESULTS_KEY:
         ToggleFindResults();
         break;
+    case IDM_SEARCH_TOOLBAR:
+        ToggleToolBar();
+        break;
     default:
         // The editors, key operations, search, bookmarks and options take
         // their commands here as they arrive.
@@ -99,6 +102,7 @@ SMenuContext CMainWnd::GetMenuContext() const
     context.searchPaused = m_findResults.IsPaused();
     context.resultsExist = m_findResults.HasStarted();
     context.searchUnfinished = !m_finder.IsFinished();
+    context.toolbarVisible = IsToolBarShown();
     context.toolbarAllowed = Settings().GetShowSearchToolbar();
     return context;
 }

@@ -32,6 +32,7 @@ void CMainWnd::StartSearch()
         m_finder.Reset();
         m_findResults.StartFindAll(params, SStartPosition());
         ShowFindResults(true);
+        ShowToolBar(true);
         return;
     }
     ShowFindResults(false);
@@ -95,6 +96,7 @@ void CMainWnd::ShowFindResults(bool show)
 
 void CMainWnd::OnSearchStateChanged()
 {
+    UpdateToolBarButtons();
     if (m_findResults.IsShown())
         m_keyName.SetText(m_findResults.GetStatusText());
 }

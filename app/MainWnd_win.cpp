@@ -99,6 +99,8 @@ int CMainWnd::OnCreate()
     m_keyName.SetKey(nullptr, L"");
     if (!CreateFindResults(RECT{0, 0, width, height - barHeight}))
         return -1;
+    if (!CreateToolBar())
+        return -1;
 
     m_split.Reset();
     Layout(true);
@@ -147,6 +149,7 @@ void CMainWnd::Layout(bool afterDrag)
     move(m_list, layout.list);
     move(m_keyName.GetHwnd(), layout.keyName);
     MoveWindow(m_findResults.GetHwnd(), 0, 0, client.right, layout.keyName.y, TRUE);
+    m_toolBar.Clamp();
 }
 
 void CMainWnd::OnSplitterNotify(WPARAM code, LPARAM delta)

@@ -12,6 +12,7 @@
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdWnd.h"
 #include "search/FindResultsWnd_win.h"
+#include "search/FloatingToolBar_win.h"
 #include "search/RegFinder.h"
 #include "views/RegTree_win.h"
 #include "views/ValueList_win.h"
@@ -35,6 +36,7 @@ public:
     static const UINT kSplitterId = 103;
     static const UINT kKeyNameId = 104;
     static const UINT kFindResultsId = 105;
+    static const UINT kToolBarId = 106;
 
     static const wchar_t kInteractiveClassName[];
     static const wchar_t kCommandLineClassName[];
@@ -99,6 +101,15 @@ private:
     void PauseOrResumeSearch();
     void ToggleFindResults();
 
+    // The floating search toolbar, in MainWndToolBar_win.cpp.
+    bool CreateToolBar();
+    // Shows it only when the setting allows it; hides it otherwise.
+    void ShowToolBar(bool show);
+    void ToggleToolBar();
+    bool IsToolBarShown() const;
+    // Its buttons follow the find-all search's state.
+    void UpdateToolBarButtons();
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;
@@ -116,6 +127,7 @@ private:
     // 0 empty; 1 or 2 values; 3 or 4 a key.
     int m_clipboardKind = 0;
     CFindResultsWnd m_findResults;
+    CFloatingToolBar m_toolBar;
     // The search that "Find Next" continues.
     CRegFinder m_finder;
 };

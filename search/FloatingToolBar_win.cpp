@@ -99,6 +99,8 @@ const CFloatingToolBar::SButtonInfo* CFloatingToolBar::GetButton(int index) cons
 
 void CFloatingToolBar::MoveTo(int x, int y)
 {
+    if (GetHwnd() == nullptr)
+        return;
     RECT parent = {};
     GetClientRect(GetParent(GetHwnd()), &parent);
     const CToolBarGeometry geometry = Geometry();
@@ -107,6 +109,8 @@ void CFloatingToolBar::MoveTo(int x, int y)
 
 void CFloatingToolBar::Clamp()
 {
+    if (GetHwnd() == nullptr)
+        return;
     RECT parent = {};
     GetClientRect(GetParent(GetHwnd()), &parent);
     const CToolBarGeometry geometry = Geometry();

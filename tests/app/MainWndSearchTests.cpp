@@ -9,6 +9,7 @@
 #include <commctrl.h>
 
 #include "app/MainWnd_win.h"
+#include "framework/DpiScale.h"
 #include "framework/MessageBox.h"
 #include "framework/Utf8.h"
 #include "platform/Platform.h"
@@ -18,6 +19,7 @@
 #include "settings/Settings.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
+#include "search/FloatingToolBar_win.h"
 #include "tests/ui/UiTestSupport.h"
 
 namespace {
@@ -259,6 +261,100 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     Activate(3);
     EXPECT_EQ(messages, (std::vector<std::string>{"Unable to show found registry value.",
                                                   "Unable to show found registry key."}));
+}
+
+// The toolbar of the main window: where it is, what its first two buttons
+// show ("4+": normal image 4, enabled), taps on its buttons.
+class MainWndToolBar : public MainWndSearch {
+protected:
+    void SetUp() override
+    {
+        MainWndSearch::SetUp();
+        m_toolBarWindow = GetDlgItem(m_hwnd, CMainWnd::kToolBarId);
+        ASSERT_NE(m_toolBarWindow, nullptr);
+        // The default window class keeps the object in the window's word 0.
+        m_toolBar = static_cast<CFloatingToolBar*>(reinterpret_cast<CShdWnd*>(GetWindowLongPtrW(m_toolBarWindow, 0)));
+    }
+    void TearDown() override { Settings().SetShowSearchToolbar(true); }
+
+    void StartFindAll()
+    {
+        RunSearchDialog({[](HWND dialog) {
+            SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, L"qzfind");
+            SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
+        }});
+    }
+
+    std::string Buttons() const
+    {
+        std::string text;
+        for (int index = 0; index < 2; ++index) {
+            const CFloatingToolBar::SButtonInfo* button = m_toolBar->GetButton(index);
+            text += (index > 0 ? " " : "") + std::to_string(button->normalImage) + (button->disabled ? "-" : "+");
+        }
+        return text;
+    }
+
+    void Tap(int button)
+    {
+        // Buttons 18 design units wide, from 27 on, 2 apart; their band 5 to 23.
+        POINT point = {ScaleX(27 + 20 * button + 9), ScaleY(14)};
+        ClientToScreen(m_toolBarWindow, &point);
+        PenStroke(point, point);
+    }
+
+    HWND m_toolBarWindow = nullptr;
+    CFloatingToolBar* m_toolBar = nullptr;
+};
+
+TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
+{
+    Settings().SetShowSearchToolbar(false);
+    StartFindAll();
+    EXPECT_FALSE(IsWindowVisible(m_toolBarWindow)) << "not allowed";
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
+    EXPECT_FALSE(IsWindowVisible(m_toolBarWindow));
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_STOP, 0);
+
+    Settings().SetShowSearchToolbar(true);
+    StartFindAll();
+    EXPECT_TRUE(IsWindowVisible(m_toolBarWindow));
+    EXPECT_EQ(Buttons(), "4+ 2+");
+    const struct {
+        int button;
+        const char* buttons;
+        const char* status;
+        bool resultsShown;
+        bool toolBarShown;
+    } taps[] = {
+        {0, "0+ 2+", "Search paused", true, true},
+        {0, "4+ 2+", "Search in progress...", true, true},
+        {1, "4- 2-", "Search cancelled", true, true},
+        {0, "4- 2-", "Search cancelled", true, true},
+        {2, "4- 2-", nullptr, false, true},
+        {2, "4- 2-", "Search cancelled", true, true},
+        {3, "4- 2-", "Search cancelled", true, false},
+    };
+    for (const auto& tap : taps) {
+        SCOPED_TRACE(testing::Message() << "button " << tap.button << ", then " << tap.buttons);
+        Tap(tap.button);
+        EXPECT_EQ(Buttons(), tap.buttons);
+        EXPECT_EQ(tap.status != nullptr ? Status() : "", tap.status != nullptr ? tap.status : "");
+        EXPECT_EQ(IsWindowVisible(m_results) != FALSE, tap.resultsShown);
+        EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, tap.toolBarShown);
+    }
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
+    EXPECT_TRUE(IsWindowVisible(m_toolBarWindow)) << "the command shows it again";
+
+    // A smaller main window keeps it within its client area.
+    SetWindowPos(m_hwnd, nullptr, 0, 0, 200, 160, SWP_NOMOVE | SWP_NOZORDER);
+    RECT client;
+    RECT toolBar;
+    GetClientRect(m_hwnd, &client);
+    GetWindowRect(m_toolBarWindow, &toolBar);
+    MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&toolBar), 2);
+    EXPECT_TRUE(toolBar.left >= 0 && toolBar.top >= 0);
+    EXPECT_TRUE(toolBar.right == client.right && toolBar.bottom == client.bottom);
 }
 
 }  // namespace

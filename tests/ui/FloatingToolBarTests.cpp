@@ -14,9 +14,7 @@ namespace {
 const UINT kToolBarId = 106;
 const WORD kCommands[] = {IDM_SEARCH_PAUSE, IDM_SEARCH_STOP, IDM_SEARCH_SHOW_RESULTS, IDM_SEARCH_TOOLBAR};
 
-// The main window's toolbar in a test frame, its second button disabled;
-// driven by the system's own pen input, so that capture and hit testing are
-// the real ones.
+// The main window's toolbar in a test frame, its second button disabled.
 class FloatingToolBar : public testing::Test {
 protected:
     void SetUp() override
@@ -38,26 +36,6 @@ protected:
         POINT point = {ScaleX(xDesign), ScaleY(yDesign)};
         ClientToScreen(m_toolBar.GetHwnd(), &point);
         return point;
-    }
-
-    static void Pen(DWORD button, POINT screen)
-    {
-        SetCursorPos(screen.x, screen.y);
-        if (button != 0) {
-            INPUT input = {};
-            input.type = INPUT_MOUSE;
-            input.mi.dwFlags = button;
-            SendInput(1, &input, sizeof(input));
-        }
-        PumpMessages();
-    }
-
-    static void Stroke(POINT from, POINT to)
-    {
-        Pen(MOUSEEVENTF_LEFTDOWN, from);
-        Pen(0, {(from.x + to.x) / 2, (from.y + to.y) / 2});
-        Pen(0, to);
-        Pen(MOUSEEVENTF_LEFTUP, to);
     }
 
     RECT ToolBarInFrame() const
@@ -93,7 +71,7 @@ TEST_F(FloatingToolBar, ATapSendsItsButtonsCommandOnlyWhenReleasedOverIt)
         SCOPED_TRACE(item.what);
         m_frame.m_commands.clear();
         m_frame.m_commandSenders.clear();
-        Stroke(OnToolBar(item.down.x, item.down.y), OnToolBar(item.up.x, item.up.y));
+        PenStroke(OnToolBar(item.down.x, item.down.y), OnToolBar(item.up.x, item.up.y));
         EXPECT_EQ(m_frame.m_commands, item.commands);
         for (const LPARAM sender : m_frame.m_commandSenders)
             EXPECT_EQ(sender, reinterpret_cast<LPARAM>(m_toolBar.GetHwnd()));
@@ -101,7 +79,7 @@ TEST_F(FloatingToolBar, ATapSendsItsButtonsCommandOnlyWhenReleasedOverIt)
     }
     m_toolBar.EnableButton(1, true);
     m_frame.m_commands.clear();
-    Stroke(OnToolBar(55, 14), OnToolBar(55, 14));
+    PenStroke(OnToolBar(55, 14), OnToolBar(55, 14));
     EXPECT_EQ(m_frame.m_commands, std::vector<WPARAM>{IDM_SEARCH_STOP});
 }
 
@@ -127,7 +105,7 @@ TEST_F(FloatingToolBar, TheGripDragsItFlushWithEachEdgeOfItsParent)
             EXPECT_LE(before.right, client.right);
             EXPECT_LE(before.bottom, client.bottom);
             const POINT grip = OnToolBar(12, 14);
-            Stroke(grip, {grip.x + drag.dx, grip.y + drag.dy});
+            PenStroke(grip, {grip.x + drag.dx, grip.y + drag.dy});
             const RECT after = ToolBarInFrame();
             EXPECT_EQ(after.right - after.left, before.right - before.left);
             if (drag.dx > 100)
