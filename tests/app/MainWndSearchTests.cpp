@@ -61,14 +61,15 @@ protected:
 
     // The search menu as the main window prepares it: "text" or "(text)"
     // when disabled, one per item.
-    std::vector<std::string> SearchMenu()
+    std::vector<std::string> SearchMenu(std::vector<UINT> commands = {IDM_SEARCH_START, IDM_SEARCH_FIND_NEXT,
+                                                                      IDM_SEARCH_PAUSE, IDM_SEARCH_STOP,
+                                                                      IDM_SEARCH_SHOW_RESULTS})
     {
         HMENU menu = LoadMenuW(TestInstance(), MAKEINTRESOURCEW(IDR_MAIN_MENU_OLD));
         HMENU popup = GetSubMenu(menu, 0);
         SendMessageW(m_hwnd, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
         std::vector<std::string> items;
-        for (const UINT command : {IDM_SEARCH_START, IDM_SEARCH_FIND_NEXT, IDM_SEARCH_PAUSE, IDM_SEARCH_STOP,
-                                   IDM_SEARCH_SHOW_RESULTS}) {
+        for (const UINT command : commands) {
             WCHAR text[64] = {};
             GetMenuStringW(popup, command, text, 64, MF_BYCOMMAND);
             const bool grayed = (GetMenuState(popup, command, MF_BYCOMMAND) & MF_GRAYED) != 0;
@@ -314,6 +315,7 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
     EXPECT_FALSE(IsWindowVisible(m_toolBarWindow)) << "not allowed";
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
     EXPECT_FALSE(IsWindowVisible(m_toolBarWindow));
+    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"(Show Search Toolbar)"});
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_STOP, 0);
 
     Settings().SetShowSearchToolbar(true);
@@ -325,15 +327,15 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
         const char* buttons;
         const char* status;
         bool resultsShown;
-        bool toolBarShown;
+        const char* toolBarItem;
     } taps[] = {
-        {0, "0+ 2+", "Search paused", true, true},
-        {0, "4+ 2+", "Search in progress...", true, true},
-        {1, "4- 2-", "Search cancelled", true, true},
-        {0, "4- 2-", "Search cancelled", true, true},
-        {2, "4- 2-", nullptr, false, true},
-        {2, "4- 2-", "Search cancelled", true, true},
-        {3, "4- 2-", "Search cancelled", true, false},
+        {0, "0+ 2+", "Search paused", true, "Hide Search Toolbar"},
+        {0, "4+ 2+", "Search in progress...", true, "Hide Search Toolbar"},
+        {1, "4- 2-", "Search cancelled", true, "Hide Search Toolbar"},
+        {0, "4- 2-", "Search cancelled", true, "Hide Search Toolbar"},
+        {2, "4- 2-", nullptr, false, "Hide Search Toolbar"},
+        {2, "4- 2-", "Search cancelled", true, "Hide Search Toolbar"},
+        {3, "4- 2-", "Search cancelled", true, "Show Search Toolbar"},
     };
     for (const auto& tap : taps) {
         SCOPED_TRACE(testing::Message() << "button " << tap.button << ", then " << tap.buttons);
@@ -341,7 +343,8 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
         EXPECT_EQ(Buttons(), tap.buttons);
         EXPECT_EQ(tap.status != nullptr ? Status() : "", tap.status != nullptr ? tap.status : "");
         EXPECT_EQ(IsWindowVisible(m_results) != FALSE, tap.resultsShown);
-        EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, tap.toolBarShown);
+        EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{tap.toolBarItem});
+        EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, tap.toolBarItem[0] == 'H');
     }
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
     EXPECT_TRUE(IsWindowVisible(m_toolBarWindow)) << "the command shows it again";
