@@ -30,6 +30,12 @@ bool CMainWnd::CreateToolBar()
     if (!m_toolBar.Create(WS_CHILD | WS_CLIPSIBLINGS, 10, 10, 50, 50, GetHwnd(), kToolBarId, m_instance))
         return false;
     SetWindowPos(m_toolBar.GetHwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    // The windows it floats over would otherwise paint over it whenever they
+    // repaint themselves.
+    for (HWND child = GetWindow(GetHwnd(), GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (child != m_toolBar.GetHwnd())
+            SetWindowLongW(child, GWL_STYLE, GetWindowLongW(child, GWL_STYLE) | WS_CLIPSIBLINGS);
+    }
     m_toolBar.SetImageList(LoadImageStrip(m_instance, IDB_TOOLBAR_16, IDB_TOOLBAR_32));
     const struct {
         WORD command;
