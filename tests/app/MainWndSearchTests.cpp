@@ -264,8 +264,8 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
                                                   "Unable to show found registry key."}));
 }
 
-// The toolbar of the main window: where it is, what its first two buttons
-// show ("4+": normal image 4, enabled), taps on its buttons.
+// The toolbar of the main window: what its first two buttons show ("4+":
+// normal image 4, enabled), and strokes of the pen on it.
 class MainWndToolBar : public MainWndSearch {
 protected:
     void SetUp() override
@@ -296,12 +296,22 @@ protected:
         return text;
     }
 
-    void Tap(int button)
+    // From a point of the toolbar, in design units from its corner, by a
+    // distance in pixels. Buttons are 18 units wide from 27 on, 2 apart,
+    // between 5 and 23 from the top; the grips lie left of 24.
+    void Stroke(int xDesign, int dx, int dy)
     {
-        // Buttons 18 design units wide, from 27 on, 2 apart; their band 5 to 23.
-        POINT point = {ScaleX(27 + 20 * button + 9), ScaleY(14)};
-        ClientToScreen(m_toolBarWindow, &point);
-        PenStroke(point, point);
+        POINT from = {ScaleX(xDesign), ScaleY(14)};
+        ClientToScreen(m_toolBarWindow, &from);
+        PenStroke(from, {from.x + dx, from.y + dy});
+    }
+
+    RECT ToolBarRect() const
+    {
+        RECT rect;
+        GetWindowRect(m_toolBarWindow, &rect);
+        MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&rect), 2);
+        return rect;
     }
 
     HWND m_toolBarWindow = nullptr;
@@ -312,52 +322,70 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
 {
     Settings().SetShowSearchToolbar(false);
     StartFindAll();
-    EXPECT_FALSE(IsWindowVisible(m_toolBarWindow)) << "not allowed";
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
-    EXPECT_FALSE(IsWindowVisible(m_toolBarWindow));
+    EXPECT_FALSE(IsWindowVisible(m_toolBarWindow)) << "not allowed";
     EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"(Show Search Toolbar)"});
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_STOP, 0);
 
     Settings().SetShowSearchToolbar(true);
     StartFindAll();
-    EXPECT_TRUE(IsWindowVisible(m_toolBarWindow));
     EXPECT_EQ(Buttons(), "4+ 2+");
+    // A stroke that ends 60 pixels above its button is no tap; nor is one
+    // on a disabled button.
     const struct {
         int button;
+        int dy;
         const char* buttons;
         const char* status;
         bool resultsShown;
-        const char* toolBarItem;
-    } taps[] = {
-        {0, "0+ 2+", "Search paused", true, "Hide Search Toolbar"},
-        {0, "4+ 2+", "Search in progress...", true, "Hide Search Toolbar"},
-        {1, "4- 2-", "Search cancelled", true, "Hide Search Toolbar"},
-        {0, "4- 2-", "Search cancelled", true, "Hide Search Toolbar"},
-        {2, "4- 2-", nullptr, false, "Hide Search Toolbar"},
-        {2, "4- 2-", "Search cancelled", true, "Hide Search Toolbar"},
-        {3, "4- 2-", "Search cancelled", true, "Show Search Toolbar"},
+        bool toolBarShown;
+    } strokes[] = {
+        {0, 0, "0+ 2+", "Search paused", true, true},      {0, -60, "0+ 2+", "Search paused", true, true},
+        {0, 0, "4+ 2+", "Search in progress...", true, true}, {1, 0, "4- 2-", "Search cancelled", true, true},
+        {0, 0, "4- 2-", "Search cancelled", true, true},   {2, 0, "4- 2-", nullptr, false, true},
+        {2, 0, "4- 2-", "Search cancelled", true, true},   {3, 0, "4- 2-", "Search cancelled", true, false},
     };
-    for (const auto& tap : taps) {
-        SCOPED_TRACE(testing::Message() << "button " << tap.button << ", then " << tap.buttons);
-        Tap(tap.button);
-        EXPECT_EQ(Buttons(), tap.buttons);
-        EXPECT_EQ(tap.status != nullptr ? Status() : "", tap.status != nullptr ? tap.status : "");
-        EXPECT_EQ(IsWindowVisible(m_results) != FALSE, tap.resultsShown);
-        EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{tap.toolBarItem});
-        EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, tap.toolBarItem[0] == 'H');
+    for (const auto& stroke : strokes) {
+        SCOPED_TRACE(testing::Message() << "button " << stroke.button << ", then " << stroke.buttons);
+        Stroke(36 + 20 * stroke.button, 0, stroke.dy);
+        EXPECT_EQ(Buttons(), stroke.buttons);
+        EXPECT_EQ(stroke.status != nullptr ? Status() : "", stroke.status != nullptr ? stroke.status : "");
+        EXPECT_EQ(IsWindowVisible(m_results) != FALSE, stroke.resultsShown);
+        EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, stroke.toolBarShown);
     }
+    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"Show Search Toolbar"});
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
-    EXPECT_TRUE(IsWindowVisible(m_toolBarWindow)) << "the command shows it again";
+    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"Hide Search Toolbar"});
+}
 
-    // A smaller main window keeps it within its client area.
-    SetWindowPos(m_hwnd, nullptr, 0, 0, 200, 160, SWP_NOMOVE | SWP_NOZORDER);
-    RECT client;
-    RECT toolBar;
-    GetClientRect(m_hwnd, &client);
-    GetWindowRect(m_toolBarWindow, &toolBar);
-    MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&toolBar), 2);
-    EXPECT_TRUE(toolBar.left >= 0 && toolBar.top >= 0);
-    EXPECT_TRUE(toolBar.right == client.right && toolBar.bottom == client.bottom);
+TEST_F(MainWndToolBar, ItsGripDragsItFlushWithEachEdgeAlsoAfterTheWindowShrinks)
+{
+    StartFindAll();
+    SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_STOP, 0);
+    const struct {
+        int dx;
+        int dy;
+        LONG RECT::*edge;
+    } drags[] = {{-1000, 0, &RECT::left}, {0, -1000, &RECT::top}, {1000, 0, &RECT::right},
+                 {0, 1000, &RECT::bottom}, {-20, -30, nullptr}};
+    for (const bool shrunk : {false, true}) {
+        if (shrunk)
+            SetWindowPos(m_hwnd, nullptr, 0, 0, 300, 250, SWP_NOMOVE | SWP_NOZORDER);
+        RECT client;
+        GetClientRect(m_hwnd, &client);
+        for (const auto& drag : drags) {
+            SCOPED_TRACE(testing::Message() << drag.dx << ", " << drag.dy << (shrunk ? " after shrinking" : ""));
+            const RECT before = ToolBarRect();
+            EXPECT_TRUE(before.left >= 0 && before.top >= 0 && before.right <= client.right &&
+                        before.bottom <= client.bottom);
+            Stroke(12, drag.dx, drag.dy);
+            const RECT after = ToolBarRect();
+            if (drag.edge != nullptr)
+                EXPECT_EQ(after.*drag.edge, client.*drag.edge);
+            else
+                EXPECT_TRUE(after.left == before.left + drag.dx && after.top == before.top + drag.dy);
+        }
+    }
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include "search/FloatingToolBarLayout.h"
 
 namespace {
@@ -10,79 +13,57 @@ int Scale(int designUnits)
     return (designUnits * Dpi + 48) / 96;
 }
 
-// The toolbar of the main window: three grips, four buttons of 16 or 32
-// pixels; or the same without buttons.
-CToolBarGeometry Geometry(int scale, int buttons)
+// Three grips and 16-pixel images at 96 dpi (scale 1) or 32-pixel images at
+// 192 dpi (scale 2): every length doubles, so one table serves both.
+TEST(FloatingToolBarLayout, SizeAndHitTestDoubleAtTwiceTheResolution)
 {
-    const SToolBarMetrics metrics =
-        scale == 1 ? SToolBarMetrics::Scaled(Scale<96>, Scale<96>) : SToolBarMetrics::Scaled(Scale<192>, Scale<192>);
-    return CToolBarGeometry(metrics, 3, 16 * scale, 16 * scale, buttons);
-}
-
-TEST(FloatingToolBarLayout, SizeDoublesAtTwiceTheResolution)
-{
+    const int none = CToolBarGeometry::kHitNone;
+    const int grip = CToolBarGeometry::kHitGrip;
     const struct {
         int buttons;
         int width;
         int height;
-    } cases[] = {{4, 111, 28}, {1, 51, 28}, {0, 33, 8}};
-    for (const auto& item : cases) {
-        for (int scale = 1; scale <= 2; ++scale) {
-            SCOPED_TRACE(testing::Message() << item.buttons << " buttons at scale " << scale);
-            const CToolBarGeometry geometry = Geometry(scale, item.buttons);
-            EXPECT_EQ(geometry.GetWidth(), item.width * scale);
-            EXPECT_EQ(geometry.GetHeight(), item.height * scale);
-            EXPECT_EQ(geometry.GetGripAreaWidth(), 24 * scale);
-        }
-    }
-}
-
-TEST(FloatingToolBarLayout, HitTestFindsGripButtonsAndGaps)
-{
-    const int none = CToolBarGeometry::kHitNone;
-    const int grip = CToolBarGeometry::kHitGrip;
-    // Points at 96 dpi; at 192 dpi the same points doubled hit the same.
-    const struct {
-        int buttons;
-        int x;
-        int y;
-        int hit;
+        // Points on the edges of grips, buttons, gaps and the band.
+        std::vector<std::pair<std::pair<int, int>, int>> hits;
     } cases[] = {
-        {4, 0, 0, grip},    {4, 23, 27, grip},  {4, 24, 10, none}, {4, 27, 5, 0},      {4, 27, 4, none},
-        {4, 44, 22, 0},     {4, 44, 23, none},  {4, 45, 10, none}, {4, 47, 10, 1},     {4, 104, 10, 3},
-        {4, 105, 10, none}, {4, 111, 10, none}, {4, -1, 10, none}, {4, 30, 28, none},  {0, 5, 7, grip},
-        {0, 24, 4, none},   {0, 5, 8, none},
+        {4, 111, 28, {{{0, 0}, grip},     {{23, 27}, grip},   {{24, 10}, none}, {{27, 5}, 0},    {{27, 4}, none},
+                      {{44, 22}, 0},      {{44, 23}, none},   {{45, 10}, none}, {{47, 10}, 1},   {{104, 10}, 3},
+                      {{105, 10}, none},  {{111, 10}, none},  {{-1, 10}, none}}},
+        {0, 33, 8, {{{5, 7}, grip}, {{24, 4}, none}, {{5, 8}, none}}},
     };
     for (const auto& item : cases) {
         for (int scale = 1; scale <= 2; ++scale) {
-            SCOPED_TRACE(testing::Message() << "(" << item.x << ", " << item.y << ") at scale " << scale);
-            EXPECT_EQ(Geometry(scale, item.buttons).HitTest(item.x * scale, item.y * scale), item.hit);
+            SCOPED_TRACE(testing::Message() << item.buttons << " buttons at scale " << scale);
+            const CToolBarGeometry geometry(scale == 1 ? SToolBarMetrics::Scaled(Scale<96>, Scale<96>)
+                                                       : SToolBarMetrics::Scaled(Scale<192>, Scale<192>),
+                                            3, 16 * scale, 16 * scale, item.buttons);
+            EXPECT_EQ(geometry.GetWidth(), item.width * scale);
+            EXPECT_EQ(geometry.GetHeight(), item.height * scale);
+            for (const auto& hit : item.hits)
+                EXPECT_EQ(geometry.HitTest(hit.first.first * scale, hit.first.second * scale), hit.second)
+                    << hit.first.first << ", " << hit.first.second;
         }
     }
 }
 
 TEST(FloatingToolBarLayout, StaysInsideItsParent)
 {
+    // A 111 x 28 toolbar in a 200 x 150 parent; "place" counts negative
+    // coordinates from the right and bottom.
     const struct {
-        SToolBarPoint wanted;
-        int parentWidth;
-        int parentHeight;
         bool place;
+        SToolBarPoint wanted;
         SToolBarPoint expected;
-    } cases[] = {
-        {{10, 20}, 200, 150, false, {10, 20}},   {{500, 500}, 200, 150, false, {89, 122}},
-        {{-30, -40}, 200, 150, false, {0, 0}},   {{50, 50}, 100, 20, false, {0, 0}},
-        {{-10, -10}, 200, 150, true, {79, 112}}, {{5, -1}, 200, 150, true, {5, 121}},
-        {{-300, 7}, 200, 150, true, {0, 7}},
-    };
+    } cases[] = {{false, {10, 20}, {10, 20}},   {false, {500, 500}, {89, 122}}, {false, {-30, -40}, {0, 0}},
+                 {true, {-10, -10}, {79, 112}}, {true, {5, -1}, {5, 121}}};
     for (const auto& item : cases) {
-        SCOPED_TRACE(testing::Message() << item.wanted.x << ", " << item.wanted.y << " in " << item.parentWidth);
-        const SToolBarPoint result =
-            item.place ? PlaceInParent(item.wanted, 111, 28, item.parentWidth, item.parentHeight)
-                       : ClampToParent(item.wanted, 111, 28, item.parentWidth, item.parentHeight);
-        EXPECT_EQ(result.x, item.expected.x);
-        EXPECT_EQ(result.y, item.expected.y);
+        const SToolBarPoint result = item.place ? PlaceInParent(item.wanted, 111, 28, 200, 150)
+                                                : ClampToParent(item.wanted, 111, 28, 200, 150);
+        EXPECT_TRUE(result.x == item.expected.x && result.y == item.expected.y)
+            << item.wanted.x << ", " << item.wanted.y;
     }
+    const SToolBarPoint larger = ClampToParent({50, 50}, 111, 28, 100, 20);
+    EXPECT_TRUE(larger.x == 0 && larger.y == 0) << "a toolbar larger than its parent keeps its corner in view";
 }
 
 }  // namespace
