@@ -154,7 +154,10 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
                          EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SEARCH_DWORDS)));
                          SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
                      },
-                     [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
+                     [](HWND dialog) {
+                         SaveScreenshot(dialog, "search-dialog");
+                         SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+                     }});
     EXPECT_EQ(messages, (std::vector<std::string>{"Search string can't be empty.",
                                                   "You should specify at least one item type to search for."}));
     EXPECT_TRUE(Settings().GetSearchParams().searchString.IsEmpty()) << "Cancel keeps the saved criteria";
@@ -219,10 +222,19 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
         WCHAR first[40] = {};
         ListView_GetItemText(list, 0, 0, first, 40);
         EXPECT_EQ(CString(first), W("< Cancel search >"));
+        if (item.command == IDM_SEARCH_PAUSE) {
+            // Paused with matches in the list.
+            for (int wait = 0; wait < 3000 && ListView_GetItemCount(list) < 3; ++wait) {
+                Sleep(10);
+                PumpMessages();
+            }
+            SaveScreenshot(m_hwnd, "results-running");
+        }
         if (item.command != 0)
             SendMessageW(m_hwnd, WM_COMMAND, item.command, 0);
         EXPECT_EQ(SearchMenu(), item.menu);
         if (item.command == IDM_SEARCH_PAUSE) {
+            SaveScreenshot(m_hwnd, "results-paused");
             const int paused = ListView_GetItemCount(list);
             Sleep(300);
             PumpMessages();
@@ -233,6 +245,7 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
         EXPECT_EQ(Status(), item.status);
         if (item.command == IDM_SEARCH_STOP)
             continue;
+        SaveScreenshot(m_hwnd, item.command == 0 ? "results-nothing" : "results-finished");
         // The copy of HKEY_CURRENT_USER under HKEY_USERS comes second.
         items.resize(std::min(items.size(), item.items.size()));
         EXPECT_EQ(items, item.items);
