@@ -16,10 +16,10 @@
 #include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
+#include "search/FloatingToolBar_win.h"
 #include "settings/Settings.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
-#include "search/FloatingToolBar_win.h"
 #include "tests/ui/UiTestSupport.h"
 
 namespace {
@@ -342,6 +342,7 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
 
     Settings().SetShowSearchToolbar(true);
     StartFindAll();
+    SaveScreenshot(m_hwnd, "toolbar-running");
     EXPECT_EQ(Buttons(), "4+ 2+");
     // A stroke that ends 60 pixels above its button is no tap; nor is one
     // on a disabled button.
@@ -362,6 +363,8 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
         SCOPED_TRACE(testing::Message() << "button " << stroke.button << ", then " << stroke.buttons);
         Stroke(36 + 20 * stroke.button, 0, stroke.dy);
         EXPECT_EQ(Buttons(), stroke.buttons);
+        if (&stroke == &strokes[0])
+            SaveScreenshot(m_hwnd, "toolbar-paused");
         EXPECT_EQ(stroke.status != nullptr ? Status() : "", stroke.status != nullptr ? stroke.status : "");
         EXPECT_EQ(IsWindowVisible(m_results) != FALSE, stroke.resultsShown);
         EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, stroke.toolBarShown);
