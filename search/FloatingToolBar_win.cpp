@@ -99,23 +99,25 @@ const CFloatingToolBar::SButtonInfo* CFloatingToolBar::GetButton(int index) cons
 
 void CFloatingToolBar::MoveTo(int x, int y)
 {
-    if (GetHwnd() == nullptr)
-        return;
-    RECT parent = {};
-    GetClientRect(GetParent(GetHwnd()), &parent);
-    const CToolBarGeometry geometry = Geometry();
-    SetPosition(PlaceInParent({x, y}, geometry.GetWidth(), geometry.GetHeight(), parent.right, parent.bottom));
+    if (GetHwnd() != nullptr)
+        SetPosition(FitInParent({x, y}, true));
 }
 
 void CFloatingToolBar::Clamp()
 {
-    if (GetHwnd() == nullptr)
-        return;
+    if (GetHwnd() != nullptr)
+        SetPosition(FitInParent(PositionInParent(), false));
+}
+
+SToolBarPoint CFloatingToolBar::FitInParent(SToolBarPoint wanted, bool fromFarEdges) const
+{
     RECT parent = {};
     GetClientRect(GetParent(GetHwnd()), &parent);
     const CToolBarGeometry geometry = Geometry();
-    SetPosition(
-        ClampToParent(PositionInParent(), geometry.GetWidth(), geometry.GetHeight(), parent.right, parent.bottom));
+    const int width = geometry.GetWidth();
+    const int height = geometry.GetHeight();
+    return fromFarEdges ? PlaceInParent(wanted, width, height, parent.right, parent.bottom)
+                        : ClampToParent(wanted, width, height, parent.right, parent.bottom);
 }
 
 CToolBarGeometry CFloatingToolBar::Geometry() const
@@ -173,9 +175,9 @@ void CFloatingToolBar::OnPenMove(POINT point)
     if (m_dragging) {
         POINT screen = point;
         ClientToScreen(GetHwnd(), &screen);
-        SetPosition({m_penDownPosition.x + screen.x - m_penDownScreen.x,
-                     m_penDownPosition.y + screen.y - m_penDownScreen.y});
-        Clamp();
+        SetPosition(FitInParent({m_penDownPosition.x + screen.x - m_penDownScreen.x,
+                                 m_penDownPosition.y + screen.y - m_penDownScreen.y},
+                                false));
         UpdateWindow(GetParent(GetHwnd()));
     } else if (m_pressed >= 0) {
         const bool over = Geometry().HitTest(point.x, point.y) == m_pressed;

@@ -52,6 +52,9 @@ private:
     // Sized to its buttons, kept inside the parent, repainted.
     void Refit();
     SToolBarPoint PositionInParent() const;
+    // Where the toolbar may lie nearest to `wanted` (negative coordinates
+    // counted from the right and bottom when `fromFarEdges`).
+    SToolBarPoint FitInParent(SToolBarPoint wanted, bool fromFarEdges) const;
     void SetPosition(SToolBarPoint position);
 
     void OnPenDown(POINT point);
