@@ -8,7 +8,12 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 . "$root/bench/lib/setup.sh"
+# The results window needs a display, there before Wine's server starts.
+. "$root/scripts/lib/xvfb.sh"
+quenda_start_xvfb
+trap quenda_stop_xvfb EXIT
 quenda_bench_setup findall-benchmark 'Software\QuendaFindAllBench' "${1:-}"
+trap 'quenda_bench_cleanup; quenda_stop_xvfb' EXIT
 python3 "$root/bench/lib/generate-reg.py" "$bench_file" "$bench_key" QbVal
 quenda_bench_reg_import
 wine "$bench_build/bin/findall-benchmark.exe" "$bench_key" QbVal

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,7 +45,8 @@ protected:
         PumpMessages();
         m_hwnd = m_window.GetHwnd();
         m_results = GetDlgItem(m_hwnd, CMainWnd::kFindResultsId);
-        ASSERT_NE(m_results, nullptr);
+        m_resultsList = GetDlgItem(m_results, CFindResultsWnd::kListId);
+        ASSERT_NE(m_resultsList, nullptr);
         m_window.ShowSearchResult(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, false);
     }
 
@@ -95,35 +97,30 @@ protected:
         return text;
     }
 
-    // The results list's texts, once the search is no longer running (at
-    // most thirty seconds).
-    std::vector<std::string> WaitForResults()
+    // Pumps until `done` holds, for at most thirty seconds.
+    void PumpUntil(const std::function<bool()>& done)
     {
-        const HWND list = GetDlgItem(m_results, CFindResultsWnd::kListId);
-        for (int wait = 0; wait < 3000 && SearchMenu()[0] == "(Start...)"; ++wait) {
+        for (int wait = 0; wait < 3000 && !done(); ++wait) {
             Sleep(10);
             PumpMessages();
         }
+    }
+
+    std::vector<std::string> ListTexts()
+    {
         std::vector<std::string> texts;
-        for (int i = 0; i < ListView_GetItemCount(list); ++i) {
+        for (int i = 0; i < ListView_GetItemCount(m_resultsList); ++i) {
             WCHAR text[300] = {};
-            ListView_GetItemText(list, i, 0, text, 300);
+            ListView_GetItemText(m_resultsList, i, 0, text, 300);
             texts.push_back(ToUtf8(CString(text)));
         }
         return texts;
     }
 
-    std::string Status()
-    {
-        return ToUtf8(CShdWnd::GetWindowTextOr(GetDlgItem(m_hwnd, CMainWnd::kKeyNameId), L""));
-    }
-
     void Activate(int item)
     {
         NMITEMACTIVATE activation = {};
-        activation.hdr.hwndFrom = GetDlgItem(m_results, CFindResultsWnd::kListId);
-        activation.hdr.idFrom = CFindResultsWnd::kListId;
-        activation.hdr.code = LVN_ITEMACTIVATE;
+        activation.hdr = {m_resultsList, CFindResultsWnd::kListId, static_cast<UINT>(LVN_ITEMACTIVATE)};
         activation.iItem = item;
         SendMessageW(m_results, WM_NOTIFY, CFindResultsWnd::kListId, reinterpret_cast<LPARAM>(&activation));
     }
@@ -132,16 +129,17 @@ protected:
     CMainWnd m_window;
     HWND m_hwnd = nullptr;
     HWND m_results = nullptr;
+    HWND m_resultsList = nullptr;
+    std::vector<std::string> m_messages;
+    CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
+        m_messages.push_back(ToUtf8(CString(text)));
+        return IDOK;
+    }};
 };
 
 TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEveryMatch)
 {
     Settings().SetSearchParams(SSearchParams());
-    std::vector<std::string> messages;
-    CScopedMessageAnswerer answerer([&](HWND, LPCWSTR text, UINT) {
-        messages.push_back(ToUtf8(CString(text)));
-        return IDOK;
-    });
     const auto checked = [](HWND dialog, int id) { return IsDlgButtonChecked(dialog, id) == BST_CHECKED; };
     RunSearchDialog({[&](HWND dialog) {
                          ASSERT_NE(dialog, nullptr);
@@ -154,11 +152,8 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
                          EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SEARCH_DWORDS)));
                          SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
                      },
-                     [](HWND dialog) {
-                         SaveScreenshot(dialog, "search-dialog");
-                         SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-                     }});
-    EXPECT_EQ(messages, (std::vector<std::string>{"Search string can't be empty.",
+                     [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
+    EXPECT_EQ(m_messages, (std::vector<std::string>{"Search string can't be empty.",
                                                   "You should specify at least one item type to search for."}));
     EXPECT_TRUE(Settings().GetSearchParams().searchString.IsEmpty()) << "Cancel keeps the saved criteria";
 
@@ -176,11 +171,11 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
     // through HKEY_CURRENT_USER and once through its copy under HKEY_USERS,
     // until nothing is left.
     std::vector<std::string> visited = {Selection()};
-    messages.clear();
-    for (int step = 0; step < 12 && messages.empty(); ++step) {
+    m_messages.clear();
+    for (int step = 0; step < 12 && m_messages.empty(); ++step) {
         SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_FIND_NEXT, 0);
         PumpMessages();
-        if (messages.empty())
+        if (m_messages.empty())
             visited.push_back(Selection());
     }
     const std::vector<std::string> once = {"\\a qzfind", "\\a qzfind|qzfind value", "\\b|data", "\\b\\qzfind c"};
@@ -189,7 +184,7 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
         for (const std::string& match : once)
             expected.push_back(root + match);
     EXPECT_EQ(visited, expected);
-    EXPECT_EQ(messages, std::vector<std::string>{"Search finished."});
+    EXPECT_EQ(m_messages, std::vector<std::string>{"Search finished."});
     EXPECT_EQ(SearchMenu(), (std::vector<std::string>{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)",
                                                       "(Show Search Results)"}));
 }
@@ -218,35 +213,26 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
             SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, W(item.text));
             SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
         }});
-        const HWND list = GetDlgItem(m_results, CFindResultsWnd::kListId);
-        WCHAR first[40] = {};
-        ListView_GetItemText(list, 0, 0, first, 40);
-        EXPECT_EQ(CString(first), W("< Cancel search >"));
-        if (item.command == IDM_SEARCH_PAUSE) {
-            // Paused with matches in the list.
-            for (int wait = 0; wait < 3000 && ListView_GetItemCount(list) < 3; ++wait) {
-                Sleep(10);
-                PumpMessages();
-            }
-            SaveScreenshot(m_hwnd, "results-running");
-        }
+        EXPECT_EQ(ListTexts().at(0), "< Cancel search >");
+        // Paused with matches in the list.
+        if (item.command == IDM_SEARCH_PAUSE)
+            PumpUntil([this] { return ListView_GetItemCount(m_resultsList) >= 3; });
         if (item.command != 0)
             SendMessageW(m_hwnd, WM_COMMAND, item.command, 0);
         EXPECT_EQ(SearchMenu(), item.menu);
         if (item.command == IDM_SEARCH_PAUSE) {
-            SaveScreenshot(m_hwnd, "results-paused");
-            const int paused = ListView_GetItemCount(list);
+            const std::vector<std::string> paused = ListTexts();
             Sleep(300);
             PumpMessages();
-            EXPECT_EQ(ListView_GetItemCount(list), paused) << "nothing is added while paused";
+            EXPECT_EQ(ListTexts(), paused) << "nothing is added while paused";
             SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_PAUSE, 0);
         }
-        std::vector<std::string> items = WaitForResults();
-        EXPECT_EQ(Status(), item.status);
+        PumpUntil([this] { return SearchMenu()[0] == "Start..."; });
+        EXPECT_EQ(ToUtf8(CShdWnd::GetWindowTextOr(GetDlgItem(m_hwnd, CMainWnd::kKeyNameId), L"")), item.status);
         if (item.command == IDM_SEARCH_STOP)
             continue;
-        SaveScreenshot(m_hwnd, item.command == 0 ? "results-nothing" : "results-finished");
         // The copy of HKEY_CURRENT_USER under HKEY_USERS comes second.
+        std::vector<std::string> items = ListTexts();
         items.resize(std::min(items.size(), item.items.size()));
         EXPECT_EQ(items, item.items);
     }
@@ -265,15 +251,10 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("b")));
     ASSERT_TRUE(key.DeleteValue(TEXT("data")));
     ASSERT_EQ(Platform().RegDeleteKeyW(key.GetHandle(), TEXT("qzfind c")), ERROR_SUCCESS);
-    std::vector<std::string> messages;
-    CScopedMessageAnswerer answerer([&](HWND, LPCWSTR text, UINT) {
-        messages.push_back(ToUtf8(CString(text)));
-        return IDOK;
-    });
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS, 0);
     Activate(2);
     Activate(3);
-    EXPECT_EQ(messages, (std::vector<std::string>{"Unable to show found registry value.",
+    EXPECT_EQ(m_messages, (std::vector<std::string>{"Unable to show found registry value.",
                                                   "Unable to show found registry key."}));
 }
 

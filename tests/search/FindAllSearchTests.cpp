@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "search/FindAllSearch.h"
 #include "tests/search/FinderTestSupport.h"
@@ -14,144 +12,86 @@
 
 namespace {
 
-// Records what the collecting thread reports; every wait is bounded.
-class CRecordingSink : public CFindAllSearch::ISink {
+// Counts what the collecting thread reports.
+class CCountingSink : public CFindAllSearch::ISink {
 public:
-    void OnMatchAdded(unsigned run, size_t index) override
-    {
-        std::lock_guard<std::mutex> lock(m_lock);
-        m_added.push_back(index);
-        m_runs.push_back(run);
-    }
-    void OnSearchRanOut(unsigned run) override
-    {
-        std::lock_guard<std::mutex> lock(m_lock);
-        m_ranOut.push_back(run);
-        m_changed.notify_all();
-    }
+    void OnMatchAdded(unsigned, size_t) override { ++m_added; }
+    void OnSearchRanOut(unsigned run) override { m_ranOutRun = run; }
+    // Within ten seconds.
     bool WaitForRanOut()
     {
-        std::unique_lock<std::mutex> lock(m_lock);
-        return m_changed.wait_for(lock, std::chrono::seconds(10), [this] { return !m_ranOut.empty(); });
-    }
-    std::vector<unsigned> RanOut()
-    {
-        std::lock_guard<std::mutex> lock(m_lock);
-        return m_ranOut;
-    }
-    size_t AddedCount()
-    {
-        std::lock_guard<std::mutex> lock(m_lock);
-        return m_added.size();
+        for (int wait = 0; wait < 1000 && m_ranOutRun == 0; ++wait)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return m_ranOutRun != 0;
     }
 
-private:
-    std::mutex m_lock;
-    std::condition_variable m_changed;
-    std::vector<size_t> m_added;
-    std::vector<unsigned> m_runs;
-    std::vector<unsigned> m_ranOut;
+    std::atomic<int> m_added{0};
+    std::atomic<unsigned> m_ranOutRun{0};
 };
 
-// Ten keys "m000" to "m009" below the scratch key match "m0".
-class FindAllSearch : public testing::Test {
-protected:
-    FindAllSearch() : m_scratch(TEXT("FindAll"))
-    {
+// The step after m005 of the keys m000 to m009 is held as it enters that
+// key, until the pause request releases it: it then finds m006, which is not
+// added while paused. The search then resumes, is stopped while paused, or
+// runs out while the pause is requested.
+TEST(FindAllSearch, PauseResumeStopAndTheEndMeetCleanly)
+{
+    enum { kResume, kStopWhilePaused, kPauseAfterTheEnd };
+    for (const int ending : {kResume, kStopWhilePaused, kPauseAfterTheEnd}) {
+        SCOPED_TRACE(ending);
+        CScratchKey scratch(TEXT("FindAll"));
         for (int i = 0; i < 10; ++i)
-            PutKey(m_scratch.Handle(), ("m00" + std::to_string(i)).c_str());
-    }
-
-    std::vector<std::string> Results(const CFindAllSearch& search)
-    {
-        std::vector<std::string> found;
-        CRegFinder::SSearchPosition match;
-        for (size_t i = 0; search.GetResult(i, match); ++i)
-            found.push_back(Describe(match, m_scratch.Path()));
-        return found;
-    }
-
-    SStartPosition Subtree() { return StartAt(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, true); }
-
-    CScratchKey m_scratch;
-    CRecordingSink m_sink;
-};
-
-TEST_F(FindAllSearch, CollectsEveryMatchInOrderThenReportsTheEnd)
-{
-    CFindAllSearch search(m_sink);
-    EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kReady));
-    ASSERT_TRUE(search.Start(NameSearch("m0"), Subtree()));
-    ASSERT_TRUE(m_sink.WaitForRanOut());
-    search.Finish();
-    EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kFinished));
-    const std::vector<std::string> expected = {"HKCU\\m000", "HKCU\\m001", "HKCU\\m002", "HKCU\\m003",
-                                               "HKCU\\m004", "HKCU\\m005", "HKCU\\m006", "HKCU\\m007",
-                                               "HKCU\\m008", "HKCU\\m009"};
-    EXPECT_EQ(Results(search), expected);
-    EXPECT_EQ(m_sink.AddedCount(), 10u);
-    EXPECT_EQ(m_sink.RanOut(), std::vector<unsigned>{search.GetRun()});
-
-    // A new search forgets the old matches.
-    ASSERT_TRUE(search.Start(NameSearch("m005"), Subtree()));
-    search.Cancel();
-    EXPECT_LE(Results(search).size(), 1u);
-    EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kCancelled));
-}
-
-// The step after m005 is held as it enters that key, until the pause
-// request releases it: it then finds m006, which is not added until the
-// resume.
-TEST_F(FindAllSearch, NothingIsAddedWhilePausedAndStopEndsAPause)
-{
-    for (const bool stopWhilePaused : {false, true}) {
-        SCOPED_TRACE(stopWhilePaused ? "stop while paused" : "resume");
+            PutKey(scratch.Handle(), ("m00" + std::to_string(i)).c_str());
         CGatePlatform gate;
-        gate.PauseAt(TEXT("m005"));
+        gate.PauseAt(ending == kPauseAfterTheEnd ? TEXT("none") : TEXT("m005"));
         CScopedPlatform scoped(gate);
-        CRecordingSink sink;
+        CCountingSink sink;
         CFindAllSearch search(sink);
-        ASSERT_TRUE(search.Start(NameSearch("m0"), Subtree()));
-        ASSERT_TRUE(gate.WaitUntilReached());
-        EXPECT_EQ(search.GetResultCount(), 6u);
-        ASSERT_TRUE(search.Pause());
-        EXPECT_FALSE(search.Pause()) << "already paused";
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        EXPECT_EQ(search.GetResultCount(), 6u);
+        ASSERT_TRUE(search.Start(NameSearch("m0"), StartAt(HKEY_CURRENT_USER, scratch.Path(), nullptr, true)));
+        if (ending == kPauseAfterTheEnd) {
+            ASSERT_TRUE(sink.WaitForRanOut());
+            EXPECT_TRUE(search.Pause()) << "the ended thread answers for itself";
+        } else {
+            ASSERT_TRUE(gate.WaitUntilReached());
+            ASSERT_TRUE(search.Pause());
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            EXPECT_EQ(search.GetResultCount(), 6u) << "nothing is added while paused";
+        }
         EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kPaused));
-        if (stopWhilePaused) {
+        if (ending == kStopWhilePaused) {
             search.Cancel();
             EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kCancelled));
             EXPECT_EQ(search.GetResultCount(), 6u) << "what was found stays";
-            EXPECT_TRUE(sink.RanOut().empty()) << "a stopped search did not run out";
+            EXPECT_EQ(sink.m_ranOutRun, 0u) << "a stopped search did not run out";
             continue;
         }
-        ASSERT_TRUE(search.Resume());
-        ASSERT_TRUE(sink.WaitForRanOut());
+        if (ending == kResume) {
+            ASSERT_TRUE(search.Resume());
+            ASSERT_TRUE(sink.WaitForRanOut());
+        }
+        EXPECT_EQ(sink.m_ranOutRun, search.GetRun());
         search.Finish();
-        EXPECT_EQ(search.GetResultCount(), 10u);
         EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kFinished));
+        EXPECT_EQ(search.GetResultCount(), 10u);
+        EXPECT_EQ(sink.m_added, 10);
+        CRegFinder::SSearchPosition match;
+        ASSERT_TRUE(search.GetResult(9, match));
+        EXPECT_EQ(Describe(match, scratch.Path()), "HKCU\\m009");
     }
 }
 
-TEST_F(FindAllSearch, APauseAfterTheSearchRanOutReturnsAndTheEndStillFinishes)
+TEST(FindAllSearch, RequestsCrossingTheThreadsEndNeverHang)
 {
-    CFindAllSearch search(m_sink);
-    ASSERT_TRUE(search.Start(NameSearch("no such key"), Subtree()));
-    ASSERT_TRUE(m_sink.WaitForRanOut());
-    EXPECT_TRUE(search.Pause()) << "the ended thread answers for itself";
-    search.Finish();
-    EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kFinished));
-    EXPECT_EQ(search.GetResultCount(), 0u);
-    EXPECT_FALSE(search.Resume());
-
-    // Requests that cross the thread's own end at any point never hang.
+    CScratchKey scratch(TEXT("FindAllRace"));
+    PutKey(scratch.Handle(), "m0");
+    CCountingSink sink;
+    CFindAllSearch search(sink);
     for (int i = 0; i < 20; ++i) {
-        search.Start(NameSearch("m0"), Subtree());
+        search.Start(NameSearch("m0"), StartAt(HKEY_CURRENT_USER, scratch.Path(), nullptr, true));
         search.Pause();
         search.Resume();
         search.Cancel();
         EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kCancelled));
+        EXPECT_LE(search.GetResultCount(), 1u);
     }
 }
 

@@ -1,8 +1,6 @@
 #include "tests/ui/UiTestSupport.h"
 
-#include <cstdio>
 #include <map>
-#include <string>
 
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
@@ -134,48 +132,4 @@ void TapSoftKey(HWND window, int key, int keyCount)
     POINT client = screen;
     ScreenToClient(window, &client);
     SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(client.x, client.y));
-}
-
-void SaveScreenshot(HWND window, const char* name)
-{
-    char folder[MAX_PATH] = {};
-    if (GetEnvironmentVariableA("QUENDA_SCREENSHOTS", folder, MAX_PATH) == 0)
-        return;
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN | RDW_FRAME);
-    PumpMessages();
-    RECT bounds = {};
-    GetWindowRect(window, &bounds);
-    // The soft-key bar lies below the window.
-    bounds.bottom += ScaleY(kSoftKeyBarDesign);
-    const int width = bounds.right - bounds.left;
-    const int height = bounds.bottom - bounds.top;
-    BITMAPINFOHEADER header = {};
-    header.biSize = sizeof(header);
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = 24;
-    const DWORD stride = (static_cast<DWORD>(width) * 3 + 3) & ~3u;
-    std::vector<BYTE> pixels(stride * static_cast<DWORD>(height));
-    HDC screen = GetDC(nullptr);
-    HDC memory = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
-    HGDIOBJ previous = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, screen, bounds.left, bounds.top, SRCCOPY);
-    SelectObject(memory, previous);
-    GetDIBits(memory, bitmap, 0, height, pixels.data(), reinterpret_cast<BITMAPINFO*>(&header), DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    BITMAPFILEHEADER file = {};
-    file.bfType = 0x4D42;
-    file.bfOffBits = sizeof(BITMAPFILEHEADER) + sizeof(header);
-    file.bfSize = file.bfOffBits + static_cast<DWORD>(pixels.size());
-    FILE* out = std::fopen((std::string(folder) + "\\" + name + ".bmp").c_str(), "wb");
-    if (out == nullptr)
-        return;
-    std::fwrite(&file, sizeof(file), 1, out);
-    std::fwrite(&header, sizeof(header), 1, out);
-    std::fwrite(pixels.data(), 1, pixels.size(), out);
-    std::fclose(out);
 }

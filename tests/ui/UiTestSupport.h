@@ -60,8 +60,3 @@ void PenStroke(POINT from, POINT to);
 POINT SoftKeyCenter(HWND window, int key, int keyCount);
 // A tap on a soft key, as the pointer makes it: down and up on the key.
 void TapSoftKey(HWND window, int key, int keyCount);
-
-// With QUENDA_SCREENSHOTS set to a folder, writes the screen under `window`
-// (its whole window, frame and soft-key bar included) there as NAME.bmp, so
-// that a person can look at what a test drove; otherwise does nothing.
-void SaveScreenshot(HWND window, const char* name);
