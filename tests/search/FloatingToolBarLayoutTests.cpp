@@ -48,22 +48,13 @@ TEST(FloatingToolBarLayout, SizeAndHitTestDoubleAtTwiceTheResolution)
 
 TEST(FloatingToolBarLayout, StaysInsideItsParent)
 {
-    // A 111 x 28 toolbar in a 200 x 150 parent; "place" counts negative
-    // coordinates from the right and bottom.
-    const struct {
-        bool place;
-        SToolBarPoint wanted;
-        SToolBarPoint expected;
-    } cases[] = {{false, {10, 20}, {10, 20}},   {false, {500, 500}, {89, 122}}, {false, {-30, -40}, {0, 0}},
-                 {true, {-10, -10}, {79, 112}}, {true, {5, -1}, {5, 121}}};
-    for (const auto& item : cases) {
-        const SToolBarPoint result = item.place ? PlaceInParent(item.wanted, 111, 28, 200, 150)
-                                                : ClampToParent(item.wanted, 111, 28, 200, 150);
-        EXPECT_TRUE(result.x == item.expected.x && result.y == item.expected.y)
-            << item.wanted.x << ", " << item.wanted.y;
-    }
-    const SToolBarPoint larger = ClampToParent({50, 50}, 111, 28, 100, 20);
-    EXPECT_TRUE(larger.x == 0 && larger.y == 0) << "a toolbar larger than its parent keeps its corner in view";
+    // A 111 x 28 toolbar in a 200 x 150 parent; placing counts negative
+    // coordinates from the right and bottom; a parent too small shows the
+    // toolbar's corner.
+    const SToolBarPoint far = ClampToParent({500, 500}, 111, 28, 200, 150);
+    const SToolBarPoint placed = PlaceInParent({-10, -10}, 111, 28, 200, 150);
+    const SToolBarPoint small = ClampToParent({50, 50}, 111, 28, 100, 20);
+    EXPECT_TRUE(far.x == 89 && far.y == 122 && placed.x == 79 && placed.y == 112 && small.x == 0 && small.y == 0);
 }
 
 }  // namespace
