@@ -46,8 +46,6 @@ public:
 
     int GetWidth() const;
     int GetHeight() const;
-    int GetButtonWidth() const { return m_buttonWidth; }
-    int GetButtonHeight() const { return m_buttonHeight; }
     // The end of the grips and the gap after them: the part that drags.
     int GetGripAreaWidth() const;
     SToolBarRect GetGripRect(int index) const;
