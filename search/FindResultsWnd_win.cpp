@@ -22,6 +22,11 @@ const int kValueImage = 3;
 const DWORD kListingSliceMs = 30;
 // The clock is read once per this many items.
 const size_t kItemsPerClockRead = 32;
+// Matches that arrive one by one are listed at most this often: each
+// listing repaints the list, which would otherwise take the time the
+// search needs.
+const DWORD kListingIntervalMs = 100;
+const UINT kListingContinueMs = 10;
 
 }  // namespace
 
@@ -152,8 +157,19 @@ int CFindResultsWnd::InsertItem(int index, LPCWSTR text, int image, LPARAM data)
     return static_cast<int>(SendMessageW(m_list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
 }
 
+void CFindResultsWnd::OnMatchesArrived()
+{
+    const DWORD since = GetTickCount() - m_lastListing;
+    if (since < kListingIntervalMs)
+        SetTimer(GetHwnd(), kListingTimer, kListingIntervalMs - since, nullptr);
+    else
+        ListNewMatches(false);
+}
+
 void CFindResultsWnd::ListNewMatches(bool all)
 {
+    KillTimer(GetHwnd(), kListingTimer);
+    m_lastListing = GetTickCount();
     m_listingRequested = false;
     const size_t count = m_search.GetResultCount();
     if (m_listed >= count)
@@ -171,8 +187,9 @@ void CFindResultsWnd::ListNewMatches(bool all)
     }
     SendMessageW(m_list, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(m_list, nullptr, TRUE);
+    // The rest follows soon, after what else waits in the queue.
     if (m_listed < count && !m_listingRequested.exchange(true))
-        PostMessageW(GetHwnd(), kMatchesMessage, m_search.GetRun(), 0);
+        SetTimer(GetHwnd(), kListingTimer, kListingContinueMs, nullptr);
 }
 
 void CFindResultsWnd::FinishList()
@@ -252,6 +269,11 @@ LRESULT CFindResultsWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     }
     case kMatchesMessage:
+        OnMatchesArrived();
+        return 0;
+    case WM_TIMER:
+        if (wParam != kListingTimer)
+            break;
         ListNewMatches(false);
         return 0;
     case kFinishedMessage:

@@ -83,10 +83,14 @@ private:
 
     // Asks for the new matches to be listed.
     static const UINT kMatchesMessage = WM_USER + 102;
+    static const UINT_PTR kListingTimer = 1;
 
     bool OnCreate();
     void OnSize();
     void OnFinished(unsigned run);
+    // Lists new matches now, or when the interval since the last listing is
+    // over.
+    void OnMatchesArrived();
     // Lists the matches found since the last call, for a slice of time; asks
     // again for the rest. `all` lists them all at once.
     void ListNewMatches(bool all);
@@ -106,6 +110,7 @@ private:
     bool m_nothingFoundShown = false;
     // How many of the matches are in the list.
     size_t m_listed = 0;
-    // A kMatchesMessage is on its way.
+    // A kMatchesMessage is on its way, or the listing timer runs.
     std::atomic<bool> m_listingRequested{false};
+    DWORD m_lastListing = 0;
 };
