@@ -23,8 +23,12 @@ void CKeyNameWnd::SetKey(HKEY root, LPCWSTR path)
 void CKeyNameWnd::SetText(LPCWSTR text)
 {
     m_text = text;
-    if (GetHwnd() != nullptr)
-        InvalidateRect(GetHwnd(), nullptr, FALSE);
+    if (GetHwnd() == nullptr)
+        return;
+    // Also the window's text, so that the bar can be read like any other
+    // window (by tests, by screen readers).
+    SetWindowTextW(GetHwnd(), text);
+    InvalidateRect(GetHwnd(), nullptr, FALSE);
 }
 
 void CKeyNameWnd::Paint()

@@ -126,10 +126,24 @@ void CMainWnd::OnCommand(UINT command)
         else if (GetFocus() == m_list)
             OnCommand(IDM_VALUE_DELETE);
         break;
+    case IDM_SEARCH_START:
+        StartSearch();
+        break;
+    case IDM_SEARCH_FIND_NEXT:
+        FindNext();
+        break;
+    case IDM_SEARCH_PAUSE:
+        PauseOrResumeSearch();
+        break;
+    case IDM_SEARCH_STOP:
+        m_findResults.Cancel();
+        break;
     case IDM_SEARCH_SHOW_RESULTS:
     case IDM_SEARCH_SHOW_RESULTS_KEY:
-        // Without search results there is nothing to show, and the results
-        // window is never open yet.
+        ToggleFindResults();
+        break;
+    case IDM_SEARCH_TOOLBAR:
+        ToggleToolBar();
         break;
     default:
         // The editors, key operations, search, bookmarks and options take
@@ -148,6 +162,12 @@ SMenuContext CMainWnd::GetMenuContext() const
     CString value;
     context.valueSelected = GetSelectedValue(value);
     context.clipboardKind = m_clipboard.GetKind();
+    context.resultsVisible = m_findResults.IsShown();
+    context.searching = m_findResults.IsRunning();
+    context.searchPaused = m_findResults.IsPaused();
+    context.resultsExist = m_findResults.HasStarted();
+    context.searchUnfinished = !m_finder.IsFinished();
+    context.toolbarVisible = IsToolBarShown();
     context.toolbarAllowed = Settings().GetShowSearchToolbar();
     return context;
 }

@@ -98,6 +98,10 @@ int CMainWnd::OnCreate()
     if (!m_keyName.Create(0, height - barHeight, width, barHeight, GetHwnd(), kKeyNameId, m_instance))
         return -1;
     m_keyName.SetKey(nullptr, L"");
+    if (!CreateFindResults(RECT{0, 0, width, height - barHeight}))
+        return -1;
+    if (!CreateToolBar())
+        return -1;
 
     m_split.Reset();
     Layout(true);
@@ -145,12 +149,8 @@ void CMainWnd::Layout(bool afterDrag)
     move(m_splitter.GetHwnd(), layout.splitter);
     move(m_list, layout.list);
     move(m_keyName.GetHwnd(), layout.keyName);
-}
-
-void CMainWnd::ShowFindResults(bool)
-{
-    // The find-results window arrives with the search; until then there is
-    // nothing to show.
+    MoveWindow(m_findResults.GetHwnd(), 0, 0, client.right, layout.keyName.y, TRUE);
+    m_toolBar.Clamp();
 }
 
 void CMainWnd::OnSplitterNotify(WPARAM code, LPARAM delta)

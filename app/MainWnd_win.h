@@ -13,6 +13,9 @@
 #include "framework/ShdWnd.h"
 #include "registry/EditOperations.h"
 #include "registry/RegClipboard.h"
+#include "search/FindResultsWnd_win.h"
+#include "search/FloatingToolBar_win.h"
+#include "search/RegFinder.h"
 #include "views/RegTree_win.h"
 #include "views/ValueList_win.h"
 
@@ -26,7 +29,7 @@ void SetAppInstance(HINSTANCE instance);
 // focus between the panes, and restores and saves the last position. In
 // command-line mode it runs the command line's verbs once it exists, then
 // closes itself, saving nothing.
-class CMainWnd : public CShdWnd, private CRegClipboard::IObserver {
+class CMainWnd : public CShdWnd, public CFindResultsWnd::ICallback, private CRegClipboard::IObserver {
 public:
     static const UINT kStartupMessage = WM_APP + 100;
     static const UINT kSplitterMessage = WM_USER + 1;
@@ -38,6 +41,8 @@ public:
     static const UINT kListId = 102;
     static const UINT kSplitterId = 103;
     static const UINT kKeyNameId = 104;
+    static const UINT kFindResultsId = 105;
+    static const UINT kToolBarId = 106;
 
     static const wchar_t kInteractiveClassName[];
     static const wchar_t kCommandLineClassName[];
@@ -61,6 +66,10 @@ public:
     void ShowFindResults(bool show);
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    // The results window's callback, in MainWndSearch_win.cpp.
+    void OnSearchStateChanged() override;
+    void ShowSearchResult(HKEY root, LPCWSTR keyPath, LPCWSTR valueName, bool isValue) override;
 
 private:
     int OnCreate();
@@ -114,6 +123,22 @@ private:
     void AddToBookmarks();
     void ShowBookmarks();
 
+    // Search commands, in MainWndSearch_win.cpp.
+    bool CreateFindResults(const RECT& bounds);
+    void StartSearch();
+    void FindNext();
+    void PauseOrResumeSearch();
+    void ToggleFindResults();
+
+    // The floating search toolbar, in MainWndToolBar_win.cpp.
+    bool CreateToolBar();
+    // Shows it only when the setting allows it; hides it otherwise.
+    void ShowToolBar(bool show);
+    void ToggleToolBar();
+    bool IsToolBarShown() const;
+    // Its buttons follow the find-all search's state.
+    void UpdateToolBarButtons();
+
     CClass m_interactiveClass;
     CClass m_commandLineClass;
     bool m_commandLine = false;
@@ -130,4 +155,8 @@ private:
     CPaneSplit m_split;
     // The program's own clipboard of one key or value.
     CRegClipboard m_clipboard;
+    CFindResultsWnd m_findResults;
+    CFloatingToolBar m_toolBar;
+    // The search that "Find Next" continues.
+    CRegFinder m_finder;
 };

@@ -35,8 +35,6 @@ const size_t kResourceHeaderWords = 2;
 const size_t kResourceKeyWords = 6;
 const WORD kNoSubmenu = 0xFFFF;
 
-using CUniqueDC = CShdUniqueHandle<HDC, DeleteDC>;
-
 bool RegisterBarClass()
 {
     static bool registered = false;
@@ -455,7 +453,7 @@ void CSoftKeyBar::Paint()
     if (windowDc == nullptr)
         return;
     // Drawn off-screen and copied at once, so that a repaint does not flicker.
-    CUniqueDC memory(CreateCompatibleDC(windowDc));
+    CShdUniqueDC memory(CreateCompatibleDC(windowDc));
     CShdUniqueBitmap bitmap(CreateCompatibleBitmap(windowDc, width, height));
     if (memory && bitmap) {
         CShdSelectObject selectBitmap(memory.Get(), bitmap.Get());

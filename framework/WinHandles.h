@@ -13,7 +13,7 @@ using CShdUniqueBrush = CShdUniqueHandle<HBRUSH, DeleteObject>;
 using CShdUniqueBitmap = CShdUniqueHandle<HBITMAP, DeleteObject>;
 // A kernel object made directly by the system (not through the platform).
 using CShdUniqueKernelObject = CShdUniqueHandle<HANDLE, CloseHandle>;
-// A memory device context.
+// A memory device context of CreateCompatibleDC.
 using CShdUniqueDC = CShdUniqueHandle<HDC, DeleteDC>;
 
 // GetDC / ReleaseDC.

@@ -79,3 +79,5 @@ DWORD GetOsVersion();
 // A strip of images at 16 pixels, or at 32 on a high-resolution screen
 // (192 dpi or more), magenta transparent; null if it cannot be loaded.
 HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32);
+
+using CShdUniqueImageList = CShdUniqueHandle<HIMAGELIST, ImageList_Destroy>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/CString.h"
+#include "platform/WinTypes.h"
 
 // The criteria of a search, copied by value into the finder and kept by the
 // settings between runs. The defaults are those of a fresh installation.
@@ -20,3 +21,8 @@ struct SSearchParams {
 
     void Reset() { *this = SSearchParams(); }
 };
+
+// Why the criteria cannot start a search ("Search string can't be empty.",
+// "You should specify at least one item type to search for."), or null when
+// they can. Data of no ticked type is allowed: it simply matches nothing.
+LPCWSTR CheckSearchParams(const SSearchParams& params);

@@ -127,6 +127,30 @@ LRESULT CTestFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     return CShdWnd::WindowProc(message, wParam, lParam);
 }
 
+namespace {
+
+void Pen(DWORD button, POINT screen)
+{
+    SetCursorPos(screen.x, screen.y);
+    if (button != 0) {
+        INPUT input = {};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = button;
+        SendInput(1, &input, sizeof(input));
+    }
+    PumpMessages();
+}
+
+}  // namespace
+
+void PenStroke(POINT from, POINT to)
+{
+    Pen(MOUSEEVENTF_LEFTDOWN, from);
+    Pen(0, {(from.x + to.x) / 2, (from.y + to.y) / 2});
+    Pen(0, to);
+    Pen(MOUSEEVENTF_LEFTUP, to);
+}
+
 POINT SoftKeyCenter(HWND window, int key, int keyCount)
 {
     RECT client = {};

@@ -59,6 +59,11 @@ public:
     int m_sizes = 0;
 };
 
+// A stroke of the pen through the system's own input, so that hit testing
+// and capture are the real ones: down at `from`, over the middle, up at `to`
+// (screen points); the messages are dispatched.
+void PenStroke(POINT from, POINT to);
+
 // Where a soft key of a window's bar lies, in screen coordinates.
 POINT SoftKeyCenter(HWND window, int key, int keyCount);
 // A tap on a soft key, as the pointer makes it: down and up on the key.

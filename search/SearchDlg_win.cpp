@@ -1,0 +1,158 @@
+#include "search/SearchDlg_win.h"
+
+#include "framework/DialogSoftKeys_win.h"
+#include "framework/DpiScale.h"
+#include "framework/MessageBox.h"
+#include "framework/ShdWnd.h"
+#include "framework/SystemInfo.h"
+#include "framework/WindowHelpers.h"
+#include "resources/resource.h"
+#include "settings/Settings.h"
+
+namespace {
+
+const int kMarginDesign = 10;
+const UINT kHeaderId = 1099;
+
+// Each check box and the flag it stands for.
+const struct {
+    int id;
+    bool SSearchParams::*flag;
+} kCheckBoxes[] = {
+    {IDC_SEARCH_KEY_NAMES, &SSearchParams::keyNames},
+    {IDC_SEARCH_VALUE_NAMES, &SSearchParams::valueNames},
+    {IDC_SEARCH_VALUE_DATA, &SSearchParams::valueData},
+    {IDC_SEARCH_WHOLE_STRING, &SSearchParams::wholeStringOnly},
+    {IDC_SEARCH_CASE_SENSITIVE, &SSearchParams::caseSensitive},
+    {IDC_SEARCH_STRINGS, &SSearchParams::typeStrings},
+    {IDC_SEARCH_MULTI_STRINGS, &SSearchParams::typeMultiStrings},
+    {IDC_SEARCH_DWORDS, &SSearchParams::typeDwords},
+    {IDC_SEARCH_BINARY, &SSearchParams::typeBinary},
+};
+
+const int kTypeBoxes[] = {IDC_SEARCH_STRINGS, IDC_SEARCH_MULTI_STRINGS, IDC_SEARCH_DWORDS, IDC_SEARCH_BINARY};
+
+}  // namespace
+
+CSearchDlg::CSearchDlg(const SSearchParams& params) : m_params(params)
+{
+    m_activateInfo.cbSize = sizeof(m_activateInfo);
+}
+
+INT_PTR CSearchDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_INITDIALOG:
+        if (!OnInitDialog())
+            EndDialog(GetHwnd(), kResultInitFailed);
+        return TRUE;
+    case WM_SIZE:
+        Layout(LOWORD(lParam));
+        return FALSE;
+    case WM_ACTIVATE:
+        SHHandleWMActivate(GetHwnd(), wParam, lParam, &m_activateInfo, 0);
+        return FALSE;
+    case WM_SETTINGCHANGE:
+        SHHandleWMSettingChange(GetHwnd(), wParam, lParam, &m_activateInfo);
+        return FALSE;
+    case WM_HOTKEY:
+        // The Back key erases in the edit instead of leaving the dialog.
+        if (HIWORD(lParam) != VK_TBACK)
+            return FALSE;
+        SHSendBackToFocusWindow(message, wParam, lParam);
+        return TRUE;
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDOK:
+        case IDM_SEARCH_DIALOG_START:
+            OnStart(false);
+            return TRUE;
+        case IDM_SEARCH_DIALOG_FIND_ALL:
+            OnStart(true);
+            return TRUE;
+        case IDCANCEL:
+            EndDialog(GetHwnd(), kResultCancel);
+            return TRUE;
+        case IDC_SEARCH_VALUE_DATA:
+            EnableTypeBoxes();
+            return TRUE;
+        default:
+            return FALSE;
+        }
+    default:
+        return FALSE;
+    }
+}
+
+bool CSearchDlg::OnInitDialog()
+{
+    const HWND window = GetHwnd();
+    const UINT menu = GetOsVersion() < kMenuBarsFromMenusVersion ? IDR_SEARCH_MENU_OLD : IDR_SEARCH_MENU;
+    if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), menu, IDR_SEARCH_MENUBAR) == nullptr)
+        return false;
+    SetDlgItemTextW(window, IDC_SEARCH_TEXT, m_params.searchString);
+    for (const auto& box : kCheckBoxes)
+        CheckDlgButton(window, box.id, m_params.*box.flag ? BST_CHECKED : BST_UNCHECKED);
+    EnableTypeBoxes();
+    RECT client = {};
+    GetClientRect(window, &client);
+    Layout(client.right);
+    return true;
+}
+
+void CSearchDlg::EnableTypeBoxes()
+{
+    // Disabled boxes keep their checks, and are saved with them.
+    const bool valueData = IsDlgButtonChecked(GetHwnd(), IDC_SEARCH_VALUE_DATA) == BST_CHECKED;
+    for (const int id : kTypeBoxes)
+        EnableWindow(GetDlgItem(GetHwnd(), id), valueData);
+}
+
+void CSearchDlg::OnStart(bool findAll)
+{
+    const HWND window = GetHwnd();
+    m_params.searchString = CShdWnd::GetWindowTextOr(GetDlgItem(window, IDC_SEARCH_TEXT), TEXT(""));
+    for (const auto& box : kCheckBoxes)
+        m_params.*box.flag = IsDlgButtonChecked(window, box.id) == BST_CHECKED;
+    const LPCWSTR problem = CheckSearchParams(m_params);
+    if (problem != nullptr) {
+        ShowMessage(window, problem, MB_ICONEXCLAMATION);
+        SetFocus(GetDlgItem(window, IDC_SEARCH_TEXT));
+        return;
+    }
+    m_findAll = findAll;
+    EndDialog(window, kResultOk);
+}
+
+void CSearchDlg::Layout(int width)
+{
+    // The edit runs between the margins; the type boxes keep their left edge
+    // and reach the right margin.
+    const HWND window = GetHwnd();
+    const int margin = ScaleX(kMarginDesign);
+    const auto stretch = [&](int id, bool moveToMargin) {
+        const HWND control = GetDlgItem(window, id);
+        RECT bounds = {};
+        GetWindowRect(control, &bounds);
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&bounds), 2);
+        const int left = moveToMargin ? margin : bounds.left;
+        MoveWindow(control, left, bounds.top, width - margin - left, bounds.bottom - bounds.top, TRUE);
+    };
+    stretch(IDC_SEARCH_TEXT, true);
+    for (const int id : kTypeBoxes)
+        stretch(id, false);
+}
+
+bool RunSearchDialog(HWND parent, SSearchParams& params, bool& findAll)
+{
+    CSearchDlg dialog(Settings().GetSearchParams());
+    dialog.SetFullScreen(true);
+    dialog.GetHelper().SetHeader(TEXT("Search"), kHeaderId);
+    if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_SEARCH, parent, 0) != CShdDialog::kResultOk)
+        return false;
+    Settings().SetSearchParams(dialog.Params());
+    Settings().Flush();
+    params = dialog.Params();
+    findAll = dialog.FindAll();
+    return true;
+}
