@@ -61,6 +61,9 @@ void CMainWnd::OnCommand(UINT command)
         else if (GetFocus() == m_list)
             OnCommand(IDM_VALUE_DELETE);
         break;
+    case IDM_OPTIONS:
+        ShowOptions();
+        break;
     case IDM_SEARCH_SHOW_RESULTS:
     case IDM_SEARCH_SHOW_RESULTS_KEY:
         // Without search results there is nothing to show, and the results
@@ -185,6 +188,5 @@ void CMainWnd::SavePosition()
     }
     Settings().SetLastPosition(root != nullptr ? RootValueFromKey(root) : 0, path, value,
                                keySelected && valueSelected && root != nullptr);
-    Settings().SaveOptions();
     Settings().Flush();
 }
