@@ -2,14 +2,10 @@
 
 #include <functional>
 #include <string>
-#include <vector>
-
-#include <windows.h>
 
 #include "app/MainWnd_win.h"
 #include "framework/MessageBox.h"
 #include "framework/Utf8.h"
-#include "registry/RegKey.h"
 #include "resources/resource.h"
 #include "settings/FileAssociation.h"
 #include "settings/ProgramKeys.h"
@@ -20,91 +16,56 @@
 
 namespace {
 
-// What the association looks like after Install with the test's InstallDir.
-const char kOurs[] = "[]=regfile\n--\n[]=Registry File\n"
-                     "\\DefaultIcon[]=C:\\Quenda Test\\Quenda.exe,-122\n"
-                     "\\Shell\\Open\\Command[]=\"C:\\Quenda Test\\Quenda.exe\" \"%1\"\n";
-const char kGone[] = "--\n";
+using PageStep = std::function<void(HWND page)>;
 
-// The states the association can be found in.
-enum class EState { Ours, OtherProgram, NoOpenCommand, NoInstallDir };
-
-void SetDefault(const char* path, const char* text)
-{
-    WriteTestValue(HKEY_CLASSES_ROOT, W(path), W(""), REG_SZ, Utf16Bytes(W(text), true));
-}
-
-void SetState(EState state)
-{
-    if (state == EState::NoInstallDir) {
-        DeleteTreeForTests(HKEY_LOCAL_MACHINE, kProgramKeyPath);
-        return;
-    }
-    WriteTestValue(HKEY_LOCAL_MACHINE, kProgramKeyPath, W("InstallDir"), REG_SZ,
-                   Utf16Bytes(W("C:\\Quenda Test"), true));
-    DeleteTreeForTests(HKEY_CLASSES_ROOT, kRegFileExtension);
-    DeleteTreeForTests(HKEY_CLASSES_ROOT, kRegFileClass);
-    if (state == EState::Ours) {
-        InstallRegFileAssociation();
-        return;
-    }
-    SetDefault(".reg", "regfile");
-    SetDefault("regfile", "Registry File");
-    if (state == EState::OtherProgram) {
-        SetDefault("regfile\\Shell\\Open\\Command", "other.exe \"%1\"");
-        SetDefault("regfile\\Shell\\Print\\Command", "other.exe /p \"%1\"");
-    }
-}
-
-std::string Association()
-{
-    return DescribeTree(HKEY_CLASSES_ROOT, kRegFileExtension) + "--\n" + DescribeTree(HKEY_CLASSES_ROOT, kRegFileClass);
-}
-
-// "1" per ticked box, "0" per clear one (for buttons: enabled, disabled).
-std::string States(HWND page, std::initializer_list<int> ids, bool enabled)
+// "1" for each ticked box (or, with `enabled`, each enabled control).
+std::string States(HWND page, std::initializer_list<int> ids, bool enabled = false)
 {
     std::string text;
-    for (const int id : ids) {
-        const bool on = enabled ? IsWindowEnabled(GetDlgItem(page, id)) : IsDlgButtonChecked(page, id) == BST_CHECKED;
-        text += on ? "1" : "0";
-    }
+    for (const int id : ids)
+        text += (enabled ? IsWindowEnabled(GetDlgItem(page, id)) : IsDlgButtonChecked(page, id)) ? "1" : "0";
     return text;
 }
 
-// The options sheet of a main window, on the real registry of the test
-// prefix; the program's key and the .reg association are put back after.
+// Ours (installed from "C:\Quenda"), then changed to the state named.
+void SetAssociation(const std::string& state)
+{
+    WriteTestValue(HKEY_LOCAL_MACHINE, kProgramKeyPath, W("InstallDir"), REG_SZ, Utf16Bytes(W("C:\\Quenda"), true));
+    InstallRegFileAssociation();
+    if (state == "no InstallDir")
+        DeleteTreeForTests(HKEY_LOCAL_MACHINE, kProgramKeyPath);
+    else if (state == "no command")
+        DeleteTreeForTests(HKEY_CLASSES_ROOT, TEXT("regfile\\Shell"));
+    else if (state == "other")
+        WriteTestValue(HKEY_CLASSES_ROOT, W("regfile\\Shell\\Open\\Command"), W(""), REG_SZ,
+                       Utf16Bytes(W("other.exe \"%1\""), true));
+}
+
+// The options sheet of a main window, on the test prefix's real registry;
+// the program's key and the .reg association are put back afterwards.
 class Options : public testing::Test {
 protected:
     void SetUp() override
     {
+        PumpMessages();  // the quit message that the last main window left
         ASSERT_TRUE(m_window.Create(TestInstance()));
-        PumpMessages();
-    }
-    void TearDown() override
-    {
-        Settings().SetSavePosition(true);
-        Settings().SetShowSearchToolbar(true);
-        Settings().SetDoNotCheckImportHeader(false);
     }
 
-    // Opens "Options..." and runs the steps inside the sheet, each given the
-    // sheet and its current page.
-    void RunSheet(std::vector<std::function<void(HWND sheet, HWND page)>> steps)
+    // "Options...": a step on the General page, one on the Import page, then
+    // soft key 0 (Done) or 1 (Cancel).
+    void RunSheet(const PageStep& general, const PageStep& import, int softKey)
     {
-        std::vector<std::function<void()>> script;
-        for (auto& step : steps) {
-            script.push_back([this, step] {
-                const HWND sheet = FindWindowW(nullptr, L"Options");
-                ASSERT_NE(sheet, nullptr);
-                EXPECT_EQ(GetWindow(sheet, GW_OWNER), m_window.GetHwnd());
-                step(sheet, reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)));
-            });
-        }
-        CModalScript modal(script);
+        const auto page = [] { return PropSheet_GetCurrentPageHwnd(FindWindowW(nullptr, L"Options")); };
+        CModalScript script({[&] {
+                                 general(page());
+                                 PropSheet_SetCurSel(GetParent(page()), nullptr, 1);
+                             },
+                             [&] {
+                                 import(page());
+                                 TapSoftKey(GetParent(page()), softKey, 2);
+                             }});
         SendMessageW(m_window.GetHwnd(), WM_COMMAND, IDM_OPTIONS, 0);
-        EXPECT_TRUE(modal.Finished());
-        EXPECT_EQ(FindWindowW(nullptr, L"Options"), nullptr);
+        EXPECT_TRUE(script.Finished());
     }
 
     CSavedKey m_programKey{HKEY_LOCAL_MACHINE, TEXT("SOFTWARE\\Marrowick"), TEXT("SavedProgramKey")};
@@ -115,97 +76,77 @@ protected:
 
 TEST_F(Options, PagesShowTheSettingsAndOnlyDoneStoresThem)
 {
-    const struct {
-        int softKey;
-        const char* stored;
-    } cases[] = {
-        {1, ""},
-        {0, "[DoNotCheckImportHeader]=#0\n[SavePosition]=#1\n[ShowSearchToolbar]=#0\n"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.softKey);
+    for (const int softKey : {1, 0}) {
         Settings().SetSavePosition(false);
         Settings().SetShowSearchToolbar(true);
         Settings().SetDoNotCheckImportHeader(true);
-        RunSheet({
-            [](HWND sheet, HWND page) {
-                EXPECT_EQ(States(page, {IDC_SAVE_POSITION, IDC_SHOW_SEARCH_TOOLBAR}, false), "01");
-                SendDlgItemMessageW(page, IDC_SAVE_POSITION, BM_CLICK, 0, 0);
-                SendDlgItemMessageW(page, IDC_SHOW_SEARCH_TOOLBAR, BM_CLICK, 0, 0);
-                SendMessageW(sheet, PSM_SETCURSEL, 1, 0);
-            },
-            [&c](HWND sheet, HWND page) {
-                EXPECT_EQ(States(page, {IDC_IMPORT_NO_HEADER_CHECK}, false), "1");
-                SendDlgItemMessageW(page, IDC_IMPORT_NO_HEADER_CHECK, BM_CLICK, 0, 0);
-                TapSoftKey(sheet, c.softKey, 2);
-            },
-        });
-        EXPECT_EQ(DescribeTree(HKEY_LOCAL_MACHINE, kSettingsKeyPath), c.stored);
-        EXPECT_EQ(Settings().GetSavePosition(), c.softKey == 0);
+        const auto flip = [](std::initializer_list<int> ids, const char* shown) {
+            return [=](HWND page) {
+                EXPECT_EQ(States(page, ids), shown);
+                for (const int id : ids)
+                    SendDlgItemMessageW(page, id, BM_CLICK, 0, 0);
+            };
+        };
+        RunSheet(flip({IDC_SAVE_POSITION, IDC_SHOW_SEARCH_TOOLBAR}, "01"), flip({IDC_IMPORT_NO_HEADER_CHECK}, "1"),
+                 softKey);
+        EXPECT_EQ(DescribeTree(HKEY_LOCAL_MACHINE, kSettingsKeyPath),
+                  softKey == 0 ? "[DoNotCheckImportHeader]=#0\n[SavePosition]=#1\n[ShowSearchToolbar]=#0\n" : "");
     }
+    Settings().SetShowSearchToolbar(true);
 }
 
-// Each case opens the sheet in one state, may find the registry changed
-// behind it before the button is pressed, and answers any question.
-TEST_F(Options, InstallAndRemoveActAtOnceOrExplainWhyNot)
+// The buttons act at once, Cancel or not. Remove is enabled only while .reg
+// files are ours, so its refusals need the registry changed behind the sheet.
+TEST_F(Options, InstallAndRemoveActOrSayWhyNot)
 {
-    const std::string internalError = "Internal error. Required registry settings not found.|10010";
-    const std::string question =
+    const std::string noPath = "Internal error. Required registry settings not found.|10010";
+    const std::string ask =
         "This file type is already associated with another program. Do you want to proceed anyway?|10024";
     const struct {
-        EState shown;
-        EState pressed;
+        const char* shown;
+        const char* pressed;
         int button;
         int answer;
         std::string message;
-        const char* after;  // null: unchanged
+        bool ours;
         const char* buttons;
     } cases[] = {
-        {EState::NoInstallDir, EState::NoInstallDir, IDC_ASSOCIATION_INSTALL, 0, internalError, nullptr, "10"},
-        {EState::Ours, EState::NoInstallDir, IDC_ASSOCIATION_REMOVE, 0, internalError, nullptr, "01"},
-        {EState::OtherProgram, EState::OtherProgram, IDC_ASSOCIATION_INSTALL, IDNO, question, nullptr, "10"},
-        {EState::OtherProgram, EState::OtherProgram, IDC_ASSOCIATION_INSTALL, IDYES, question, kOurs, "01"},
-        {EState::Ours, EState::OtherProgram, IDC_ASSOCIATION_REMOVE, 0,
-         "Quenda is not associated with reg files.|10030", nullptr, "01"},
-        {EState::NoOpenCommand, EState::NoOpenCommand, IDC_ASSOCIATION_INSTALL, 0, "", kOurs, "01"},
-        {EState::Ours, EState::NoOpenCommand, IDC_ASSOCIATION_REMOVE, 0, "", kGone, "10"},
-        {EState::Ours, EState::Ours, IDC_ASSOCIATION_REMOVE, 0, "", kGone, "10"},
+        {"no InstallDir", "no InstallDir", IDC_ASSOCIATION_INSTALL, 0, noPath, true, "10"},
+        {"ours", "no InstallDir", IDC_ASSOCIATION_REMOVE, 0, noPath, true, "01"},
+        {"other", "other", IDC_ASSOCIATION_INSTALL, IDNO, ask, false, "10"},
+        {"other", "other", IDC_ASSOCIATION_INSTALL, IDYES, ask, true, "01"},
+        {"no command", "no command", IDC_ASSOCIATION_INSTALL, 0, "", true, "01"},
+        {"ours", "other", IDC_ASSOCIATION_REMOVE, 0, "Quenda is not associated with reg files.|10030", false, "01"},
+        {"ours", "ours", IDC_ASSOCIATION_REMOVE, 0, "", false, "10"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(c.shown) << " " << c.button << " " << c.answer);
-        SetState(EState::Ours);
-        SetState(c.shown);
+        SCOPED_TRACE(std::string(c.shown) + " " + c.pressed + " " + std::to_string(c.answer));
+        SetAssociation(c.shown);
         std::string message;
-        std::string before;
         CScopedMessageAnswerer answerer([&](HWND, LPCWSTR text, UINT flags) {
-            message = ToUtf8(CString(text)) + ToUtf8(CString::Formatted(L"|%x", flags));
+            message = ToUtf8(CString::Formatted(L"%s|%x", text, flags));
             return c.answer;
         });
-        RunSheet({
-            [](HWND sheet, HWND) { SendMessageW(sheet, PSM_SETCURSEL, 1, 0); },
-            [&](HWND sheet, HWND page) {
-                SetState(c.pressed);
-                before = Association();
-                ASSERT_TRUE(IsWindowEnabled(GetDlgItem(page, c.button)));
-                SendDlgItemMessageW(page, c.button, BM_CLICK, 0, 0);
-                EXPECT_EQ(message, c.message);
-                EXPECT_EQ(Association(), c.after != nullptr ? c.after : before);
-                EXPECT_EQ(States(page, {IDC_ASSOCIATION_INSTALL, IDC_ASSOCIATION_REMOVE}, true), c.buttons);
-                EXPECT_TRUE(IsWindowEnabled(GetFocus()));
-                TapSoftKey(sheet, 1, 2);
-            },
-        });
-        EXPECT_EQ(Association(), c.after != nullptr ? c.after : before) << "Cancel keeps what the button did";
+        RunSheet([](HWND) {},
+                 [&](HWND page) {
+                     SetAssociation(c.pressed);
+                     ASSERT_TRUE(IsWindowEnabled(GetDlgItem(page, c.button)));
+                     SendDlgItemMessageW(page, c.button, BM_CLICK, 0, 0);
+                     EXPECT_EQ(message, c.message);
+                     EXPECT_EQ(States(page, {IDC_ASSOCIATION_INSTALL, IDC_ASSOCIATION_REMOVE}, true), c.buttons);
+                     EXPECT_TRUE(IsWindowEnabled(GetFocus())) << "the focus left the button that went grey";
+                 },
+                 1);
+        CString command;
+        EXPECT_EQ(GetOpenCommand(kRegFileExtension, command) && command == W("\"C:\\Quenda\\Quenda.exe\" \"%1\""),
+                  c.ours);
     }
 }
 
-// The options reach the registry only from the sheet: one changed there
-// while the program runs is still there after it has ended.
-TEST_F(Options, ExitWritesOnlyTheLastPosition)
+TEST_F(Options, ExitKeepsOptionsChangedInTheRegistryMeanwhile)
 {
     WriteTestValue(HKEY_LOCAL_MACHINE, kSettingsKeyPath, W("ShowSearchToolbar"), REG_DWORD, Bytes({0, 0, 0, 0}));
     DestroyWindow(m_window.GetHwnd());
-    PumpMessages();
     EXPECT_EQ(DescribeTree(HKEY_LOCAL_MACHINE, kSettingsKeyPath),
               "[LastPositionKeyName]=\n[LastPositionRoot]=#0\n[LastPositionValueName]=\n"
               "[LastPositionValueSelected]=#0\n[ShowSearchToolbar]=#0\n");
