@@ -5,11 +5,7 @@
 #include <windows.h>
 
 #include "registry/RegKey.h"
-#include "settings/FileAssociation.h"
-#include "settings/ProgramKeys.h"
-#include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/ScratchKey.h"
-#include "tests/support/TestText.h"
 #include "tests/ui/FileDialogTestSupport.h"
 #include "tests/wine/QuendaDriver.h"
 
@@ -126,31 +122,6 @@ TEST(CommandLine, OnlyInteractiveStartsAreKeptToOneInstance)
     EXPECT_EQ(help.WaitForExit(), 0);
     PostMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_EQ(first.WaitForExit(), 0);
-}
-
-// Installed from this Quenda.exe's folder, the association is one the shell
-// follows: opening a .reg file starts Quenda with it. Removed, it is gone.
-TEST(CommandLine, TheShellOpensRegFilesWithQuendaOnlyWhileAssociated)
-{
-    CSavedKey program(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
-    CSavedKey extension(HKEY_CLASSES_ROOT, kRegFileExtension, L"SavedExtension");
-    CSavedKey regClass(HKEY_CLASSES_ROOT, kRegFileClass, L"SavedClass");
-    const std::wstring exe = CQuendaProcess::ExePath();
-    WriteTestValue(HKEY_LOCAL_MACHINE, kProgramKeyPath, L"InstallDir", REG_SZ,
-                   Utf16Bytes(exe.substr(0, exe.rfind(L'\\') + 1).c_str(), true));
-    ASSERT_TRUE(WriteFileBytes(L"cmdline-open.reg", "QUENDA4\r\n"));
-    ASSERT_TRUE(InstallRegFileAssociation());
-    CQuendaProcess opened;
-    ASSERT_TRUE(opened.Open(L"cmdline-open.reg"));
-    const std::wstring question = opened.AnswerNextMessage(IDNO);
-    EXPECT_EQ(question.substr(0, 37), L"Do you want to import registry file \"") << question;
-    EXPECT_EQ(question.substr(question.rfind(L'\\') + 1), L"cmdline-open.reg\"?");
-    EXPECT_EQ(opened.WaitForExit(), 0);
-
-    ASSERT_TRUE(RemoveRegFileAssociation());
-    CQuendaProcess notOpened;
-    EXPECT_FALSE(notOpened.Open(L"cmdline-open.reg"));
-    DeleteFileW(L"cmdline-open.reg");
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <vector>
 
-#include <shellapi.h>
-
 namespace {
 
 // A message box's text control.
@@ -80,23 +78,6 @@ bool CQuendaProcess::Start(const std::wstring& arguments)
     startup.cb = sizeof(startup);
     return CreateProcessW(nullptr, &commandLine[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                           &m_process) != FALSE;
-}
-
-bool CQuendaProcess::Open(const std::wstring& file)
-{
-    if (m_process.hProcess != nullptr)
-        return false;
-    SHELLEXECUTEINFOW info = {};
-    info.cbSize = sizeof(info);
-    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
-    info.lpVerb = L"open";
-    info.lpFile = file.c_str();
-    info.nShow = SW_SHOWNORMAL;
-    if (!ShellExecuteExW(&info) || info.hProcess == nullptr)
-        return false;
-    m_process.hProcess = info.hProcess;
-    m_process.dwProcessId = GetProcessId(info.hProcess);
-    return true;
 }
 
 HWND CQuendaProcess::WaitForMessageBox(DWORD timeoutMs) const

@@ -21,9 +21,6 @@ public:
     // Starts Quenda.exe with the argument text (after the program's name),
     // in the current folder.
     bool Start(const std::wstring& arguments);
-    // Opens a file through the shell's open verb, as a tap on it would, and
-    // drives the process that this starts; false when the shell starts none.
-    bool Open(const std::wstring& file);
     DWORD ProcessId() const { return m_process.dwProcessId; }
 
     // The process's first visible message box captioned "Quenda" that
