@@ -153,7 +153,6 @@ bool COptionsDlg::Run(HWND parent)
         !m_import.Init(instance, IDD_OPTIONS_IMPORT, TEXT("Import")) || !Init(instance, TEXT("Options"), 0) ||
         AddPage(&m_general) < 0 || AddPage(&m_import) < 0)
         return false;
-    m_softKeys = nullptr;
     if (!DoModal(parent))
         return false;
     Settings().SaveOptions();
