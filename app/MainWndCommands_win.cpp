@@ -138,6 +138,9 @@ void CMainWnd::OnCommand(UINT command)
     case IDM_SEARCH_STOP:
         m_findResults.Cancel();
         break;
+    case IDM_OPTIONS:
+        ShowOptions();
+        break;
     case IDM_SEARCH_SHOW_RESULTS:
     case IDM_SEARCH_SHOW_RESULTS_KEY:
         ToggleFindResults();
@@ -254,6 +257,5 @@ void CMainWnd::SavePosition()
     }
     Settings().SetLastPosition(root != nullptr ? RootValueFromKey(root) : 0, path, value,
                                keySelected && valueSelected && root != nullptr);
-    Settings().SaveOptions();
     Settings().Flush();
 }

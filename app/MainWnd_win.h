@@ -97,6 +97,8 @@ private:
     void MoveFocus(bool forward);
     void CopyKeyName();
     void ShowAbout();
+    // The options sheet, in MainWndOptions_win.cpp.
+    void ShowOptions();
     void RestorePosition();
     void SavePosition();
 

@@ -24,4 +24,9 @@ stop() {
     quenda_stop_xvfb
 }
 trap stop EXIT
+# On the desktop nothing installs Quenda, so this run is its installation: it
+# records the folder of the Quenda.exe it starts, from which the options
+# associate .reg files with the program.
+wine reg add 'HKLM\SOFTWARE\Marrowick\Quenda' /v InstallDir /t REG_SZ \
+    /d "$(winepath -w "$root/build/windows/bin")" /f >/dev/null
 wine "$root/build/windows/bin/Quenda.exe" "$@"
