@@ -61,7 +61,7 @@ void FillBand(HDC dc, int left, int top, int right, int bottom, int colorIndex)
 
 void Outline(HDC dc, int left, int top, int right, int bottom, int colorIndex)
 {
-    CShdUniqueGdiObject pen(CreatePen(PS_SOLID, ScaleX(kCaretPenDesign), GetSysColor(colorIndex)));
+    CShdUniquePen pen(CreatePen(PS_SOLID, ScaleX(kCaretPenDesign), GetSysColor(colorIndex)));
     CShdSelectObject usePen(dc, pen.Get());
     CShdSelectObject noFill(dc, GetStockObject(NULL_BRUSH));
     Rectangle(dc, left, top, right, bottom);
@@ -211,7 +211,7 @@ void CHexEditCtrl::Paint(HDC target)
 
         const SHexEditMetrics& m = m_model.Metrics();
         const size_t rowLength = m_model.RowLength();
-        CShdUniqueGdiObject pen(CreatePen(PS_SOLID, ScaleX(kSeparatorPenDesign), GetSysColor(COLOR_GRAYTEXT)));
+        CShdUniquePen pen(CreatePen(PS_SOLID, ScaleX(kSeparatorPenDesign), GetSysColor(COLOR_GRAYTEXT)));
         {
             CShdSelectObject usePen(dc, pen.Get());
             const int first = m.marginLeft + m.offsetWidth + m.columnGap / 2;

@@ -11,6 +11,7 @@ using CShdUniqueMenu = CShdUniqueHandle<HMENU, DestroyMenu>;
 using CShdUniqueFont = CShdUniqueHandle<HFONT, DeleteObject>;
 using CShdUniqueBrush = CShdUniqueHandle<HBRUSH, DeleteObject>;
 using CShdUniqueBitmap = CShdUniqueHandle<HBITMAP, DeleteObject>;
+using CShdUniquePen = CShdUniqueHandle<HPEN, DeleteObject>;
 // A kernel object made directly by the system (not through the platform).
 using CShdUniqueKernelObject = CShdUniqueHandle<HANDLE, CloseHandle>;
 // A memory device context of CreateCompatibleDC.
