@@ -3,7 +3,6 @@
 #include "editors/KeyCreation.h"
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
-#include "framework/HandheldShell_win.h"
 #include "framework/MessageBox.h"
 #include "framework/ShdWnd.h"
 #include "registry/KeyPath.h"
@@ -29,37 +28,6 @@ void Place(HWND dialog, UINT id, int x, int y, int width, int height)
 CEditKeyDlg::CEditKeyDlg(HKEY root, LPCWSTR parentPath, LPCWSTR name, LPCWSTR className)
     : m_root(root), m_parentPath(parentPath), m_name(name), m_class(className)
 {
-}
-
-INT_PTR CEditKeyDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
-{
-    switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
-        return FALSE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam), HIWORD(lParam));
-        return FALSE;
-    case WM_HOTKEY:
-        if (HIWORD(lParam) != VK_TBACK)
-            return FALSE;
-        SHSendBackToFocusWindow(message, wParam, lParam);
-        return TRUE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-            OnOk();
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        default:
-            return FALSE;
-        }
-    default:
-        return FALSE;
-    }
 }
 
 bool CEditKeyDlg::OnInitDialog()

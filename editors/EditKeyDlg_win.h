@@ -3,24 +3,22 @@
 #include <windows.h>
 
 #include "framework/CString.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 
 // "Edit Key": creates a subkey, with an optional class, under a parent key.
 // The dialog stays open, with what was typed, until a key is created or the
 // user cancels.
-class CEditKeyDlg : public CShdDialog {
+class CEditKeyDlg : public CShdFormDialog {
 public:
     CEditKeyDlg(HKEY root, LPCWSTR parentPath, LPCWSTR name, LPCWSTR className);
 
     const CString& GetName() const { return m_name; }
     const CString& GetClass() const { return m_class; }
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
-    void OnOk();
-    void Layout(int width, int height);
+    bool OnInitDialog() override;
+    void OnOk() override;
+    void Layout(int width, int height) override;
 
     HKEY m_root;
     CString m_parentPath;

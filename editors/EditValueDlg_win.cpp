@@ -58,46 +58,28 @@ bool CEditValueDlg::Run(HWND owner)
     return DoModal(GetModuleHandleW(nullptr), IDD_EDIT_VALUE, owner, 0) == kResultOk;
 }
 
-INT_PTR CEditValueDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+INT_PTR CEditValueDlg::OnCommand(WORD id, WORD code)
+{
+    switch (id) {
+    case IDC_HEX_EDIT:
+        if (code == CHexEditCtrl::kNotifyPasteFailed)
+            OnHexPasteFailed();
+        return TRUE;
+    case IDC_BASE_DECIMAL:
+    case IDC_BASE_HEX:
+        if (code == BN_CLICKED)
+            OnBaseClicked();
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+INT_PTR CEditValueDlg::OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
-    case WM_INITDIALOG:
-        // Nothing is said when the value cannot be loaded: the caller takes
-        // it as a cancel.
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
-        return FALSE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam), HIWORD(lParam));
-        return FALSE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-            OnOk();
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        case IDC_HEX_EDIT:
-            if (HIWORD(wParam) == CHexEditCtrl::kNotifyPasteFailed)
-                OnHexPasteFailed();
-            return TRUE;
-        case IDC_BASE_DECIMAL:
-        case IDC_BASE_HEX:
-            if (HIWORD(wParam) == BN_CLICKED)
-                OnBaseClicked();
-            return TRUE;
-        default:
-            return FALSE;
-        }
     case WM_CLOSE:
         EndDialog(GetHwnd(), kResultCancel);
-        return TRUE;
-    case WM_HOTKEY:
-        // Back deletes in the focused edit box instead of closing.
-        if (HIWORD(lParam) != VK_TBACK)
-            return FALSE;
-        SHSendBackToFocusWindow(message, wParam, lParam);
         return TRUE;
     case WM_ACTIVATE:
         SHHandleWMActivate(GetHwnd(), wParam, lParam, &m_activateInfo, 0);

@@ -6,14 +6,14 @@
 #include "editors/HexEditCtrl_win.h"
 #include "framework/CString.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 
 // "Edit Value" / "New Value": the one place where value data is typed in.
 // Strings, DWORDs and multi-strings get an edit box of their own; binary
 // data, unknown types, custom values and "Edit as Binary..." get the hex
 // edit control. OK writes the value and closes only when that worked;
 // anything typed stays in the dialog when it did not.
-class CEditValueDlg : public CShdDialog {
+class CEditValueDlg : public CShdFormDialog {
 public:
     // Edits the value `name` of the key; true when OK wrote it.
     static bool EditValue(HWND owner, HKEY root, LPCWSTR path, LPCWSTR name, bool asBinary);
@@ -24,16 +24,16 @@ public:
 
     explicit CEditValueDlg(CEditValueModel model);
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
     // The end of DoModal for both kinds of use.
     bool Run(HWND owner);
-    bool OnInitDialog();
+    bool OnInitDialog() override;
     void ShowEditor();
-    void OnOk();
+    void OnOk() override;
     void OnBaseClicked();
-    void Layout(int width, int height);
+    INT_PTR OnCommand(WORD id, WORD code) override;
+    INT_PTR OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void Layout(int width, int height) override;
     // Gives the hex control the widest power-of-two row that its width
     // holds, and the width that this row needs.
     void FitHexEditor();

@@ -29,31 +29,17 @@ CKeyPropertiesDlg::CKeyPropertiesDlg(HKEY root, LPCWSTR path) : m_root(root), m_
 {
 }
 
-INT_PTR CKeyPropertiesDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+void CKeyPropertiesDlg::OnOk()
 {
-    switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
+    EndDialog(GetHwnd(), kResultOk);
+}
+
+INT_PTR CKeyPropertiesDlg::OnCommand(WORD id, WORD)
+{
+    if (id != IDM_CLOSE)
         return FALSE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam), HIWORD(lParam));
-        return FALSE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-        case IDM_CLOSE:
-            EndDialog(GetHwnd(), kResultOk);
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        default:
-            return FALSE;
-        }
-    default:
-        return FALSE;
-    }
+    OnOk();
+    return TRUE;
 }
 
 bool CKeyPropertiesDlg::OnInitDialog()

@@ -3,19 +3,19 @@
 #include <windows.h>
 
 #include "framework/CString.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 
 // "Key Properties": a key's full name and its class, read-only. Ends with
 // 3 when the key cannot be opened.
-class CKeyPropertiesDlg : public CShdDialog {
+class CKeyPropertiesDlg : public CShdFormDialog {
 public:
     CKeyPropertiesDlg(HKEY root, LPCWSTR path);
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
-    void Layout(int width, int height);
+    bool OnInitDialog() override;
+    void OnOk() override;
+    INT_PTR OnCommand(WORD id, WORD code) override;
+    void Layout(int width, int height) override;
 
     HKEY m_root;
     CString m_path;

@@ -151,16 +151,17 @@ bool CSelectFileDlg::DoModal(HWND owner, CString& path)
     return true;
 }
 
-INT_PTR CSelectFileDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+INT_PTR CSelectFileDlg::OnCommand(WORD id, WORD)
+{
+    if (id != IDM_SELECT)
+        return FALSE;
+    OnOk();
+    return TRUE;
+}
+
+INT_PTR CSelectFileDlg::OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
-        return FALSE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam), HIWORD(lParam));
-        return FALSE;
     case WM_NOTIFY:
         return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
     case kMoveFocusMessage:
@@ -169,18 +170,6 @@ INT_PTR CSelectFileDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
     case kActivateByKeyMessage:
         OnActivate(static_cast<int>(wParam), true);
         return TRUE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-        case IDM_SELECT:
-            OnSelect();
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        default:
-            return FALSE;
-        }
     case WM_DESTROY:
         m_list.Unsubclass();
         return FALSE;
@@ -272,7 +261,7 @@ void CSelectFileDlg::OnActivate(int row, bool byKey)
     }
     SetDlgItemTextW(GetHwnd(), IDC_FILE_NAME, item.name);
     if (byKey)
-        OnSelect();
+        OnOk();
 }
 
 void CSelectFileDlg::EnterRow(int row)
@@ -292,7 +281,7 @@ void CSelectFileDlg::EnterRow(int row)
     FillList(TEXT(".."));
 }
 
-void CSelectFileDlg::OnSelect()
+void CSelectFileDlg::OnOk()
 {
     const HWND edit = Control(IDC_FILE_NAME);
     const CString typed = CShdWnd::GetWindowTextOr(edit, TEXT(""));

@@ -6,7 +6,7 @@
 
 #include "framework/CString.h"
 #include "framework/ObjArray.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 #include "framework/ShdWnd.h"
 
 // The entries of one folder, one at a time, without "." and "..".
@@ -38,7 +38,7 @@ private:
 // from a folder, lists the folder's subfolders and files, and returns the
 // full path of a typed or chosen name ("backup" becomes "backup.reg").
 // Whether the file exists or may be overwritten is the caller's question.
-class CSelectFileDlg : public CShdDialog {
+class CSelectFileDlg : public CShdFormDialog {
 public:
     struct SItem {
         CString name;
@@ -64,12 +64,12 @@ public:
     // path. False on Cancel.
     bool DoModal(HWND owner, CString& path);
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
+    bool OnInitDialog() override;
     INT_PTR OnNotify(const NMHDR& header);
-    void OnSelect();
+    void OnOk() override;
+    INT_PTR OnCommand(WORD id, WORD code) override;
+    INT_PTR OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void OnActivate(int row, bool byKey);
     void MoveFocus(bool backwards);
     // Navigates to the row `row` (".." or a folder).
@@ -77,7 +77,7 @@ private:
     void FillList(LPCWSTR nameToSelect);
     void AddRow(const CString& name, DWORD kind, DWORD attributes);
     void UpdateLocation();
-    void Layout(int width, int height);
+    void Layout(int width, int height) override;
     void FitColumn();
     int FindRow(LPCWSTR name) const;
     HWND Control(int id) const { return GetDlgItem(GetHwnd(), id); }

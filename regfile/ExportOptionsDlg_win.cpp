@@ -15,34 +15,8 @@ const UINT kHeaderId = 1099;
 }  // namespace
 
 CExportOptionsDlg::CExportOptionsDlg(LPCWSTR file, bool selectedBranchOnly, bool unicode)
-    : m_file(file), m_selectedBranchOnly(selectedBranchOnly), m_unicode(unicode)
+    : CShdFormDialog(true), m_file(file), m_selectedBranchOnly(selectedBranchOnly), m_unicode(unicode)
 {
-}
-
-INT_PTR CExportOptionsDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
-{
-    switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
-        return TRUE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam), HIWORD(lParam));
-        return FALSE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-            OnOk();
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        default:
-            return FALSE;
-        }
-    default:
-        return FALSE;
-    }
 }
 
 bool CExportOptionsDlg::OnInitDialog()

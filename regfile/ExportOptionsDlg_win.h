@@ -3,23 +3,21 @@
 #include <windows.h>
 
 #include "framework/CString.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 
 // "Export Options": the whole registry or the selected branch, the format,
 // and the file the export goes to. Full-screen, with "Done" and "Cancel".
-class CExportOptionsDlg : public CShdDialog {
+class CExportOptionsDlg : public CShdFormDialog {
 public:
     CExportOptionsDlg(LPCWSTR file, bool selectedBranchOnly, bool unicode);
 
     bool SelectedBranchOnly() const { return m_selectedBranchOnly; }
     bool Unicode() const { return m_unicode; }
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
-    void OnOk();
-    void Layout(int width, int height);
+    bool OnInitDialog() override;
+    void OnOk() override;
+    void Layout(int width, int height) override;
 
     CString m_file;
     bool m_selectedBranchOnly;

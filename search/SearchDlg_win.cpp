@@ -34,54 +34,40 @@ const int kTypeBoxes[] = {IDC_SEARCH_STRINGS, IDC_SEARCH_MULTI_STRINGS, IDC_SEAR
 
 }  // namespace
 
-CSearchDlg::CSearchDlg(const SSearchParams& params) : m_params(params)
+CSearchDlg::CSearchDlg(const SSearchParams& params) : CShdFormDialog(true), m_params(params)
 {
     m_activateInfo.cbSize = sizeof(m_activateInfo);
 }
 
-INT_PTR CSearchDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+void CSearchDlg::OnOk()
 {
-    switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
+    OnStart(false);
+}
+
+INT_PTR CSearchDlg::OnCommand(WORD id, WORD)
+{
+    switch (id) {
+    case IDM_SEARCH_DIALOG_START:
+        OnStart(false);
         return TRUE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam));
-        return FALSE;
-    case WM_ACTIVATE:
-        SHHandleWMActivate(GetHwnd(), wParam, lParam, &m_activateInfo, 0);
-        return FALSE;
-    case WM_SETTINGCHANGE:
-        SHHandleWMSettingChange(GetHwnd(), wParam, lParam, &m_activateInfo);
-        return FALSE;
-    case WM_HOTKEY:
-        // The Back key erases in the edit instead of leaving the dialog.
-        if (HIWORD(lParam) != VK_TBACK)
-            return FALSE;
-        SHSendBackToFocusWindow(message, wParam, lParam);
+    case IDM_SEARCH_DIALOG_FIND_ALL:
+        OnStart(true);
         return TRUE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-        case IDM_SEARCH_DIALOG_START:
-            OnStart(false);
-            return TRUE;
-        case IDM_SEARCH_DIALOG_FIND_ALL:
-            OnStart(true);
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        case IDC_SEARCH_VALUE_DATA:
-            EnableTypeBoxes();
-            return TRUE;
-        default:
-            return FALSE;
-        }
+    case IDC_SEARCH_VALUE_DATA:
+        EnableTypeBoxes();
+        return TRUE;
     default:
         return FALSE;
     }
+}
+
+INT_PTR CSearchDlg::OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_ACTIVATE)
+        SHHandleWMActivate(GetHwnd(), wParam, lParam, &m_activateInfo, 0);
+    else if (message == WM_SETTINGCHANGE)
+        SHHandleWMSettingChange(GetHwnd(), wParam, lParam, &m_activateInfo);
+    return FALSE;
 }
 
 bool CSearchDlg::OnInitDialog()
@@ -96,7 +82,7 @@ bool CSearchDlg::OnInitDialog()
     EnableTypeBoxes();
     RECT client = {};
     GetClientRect(window, &client);
-    Layout(client.right);
+    Layout(client.right, client.bottom);
     return true;
 }
 
@@ -124,7 +110,7 @@ void CSearchDlg::OnStart(bool findAll)
     EndDialog(window, kResultOk);
 }
 
-void CSearchDlg::Layout(int width)
+void CSearchDlg::Layout(int width, int)
 {
     // The edit runs between the margins; the type boxes keep their left edge
     // and reach the right margin.

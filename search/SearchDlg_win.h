@@ -3,26 +3,27 @@
 #include <windows.h>
 
 #include "framework/HandheldShell_win.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 #include "search/SearchParams.h"
 
 // "Search": the search text and what to search, full-screen, with "Start"
 // (find the next match) and "Find All" on its soft-key bar.
-class CSearchDlg : public CShdDialog {
+class CSearchDlg : public CShdFormDialog {
 public:
     explicit CSearchDlg(const SSearchParams& params);
 
     const SSearchParams& Params() const { return m_params; }
     bool FindAll() const { return m_findAll; }
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
+    bool OnInitDialog() override;
     // Reads the controls; on valid criteria ends the dialog with OK.
     void OnStart(bool findAll);
+    void OnOk() override;
+    INT_PTR OnCommand(WORD id, WORD code) override;
+    INT_PTR OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void EnableTypeBoxes();
-    void Layout(int width);
+    void Layout(int width, int height) override;
 
     SSearchParams m_params;
     bool m_findAll = false;

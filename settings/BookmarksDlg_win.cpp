@@ -22,24 +22,14 @@ const LPCWSTR kAlreadyExists = TEXT("This bookmark already exists.");
 
 }  // namespace
 
-INT_PTR CBookmarksDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
+void CBookmarksDlg::OnOk()
 {
-    switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
-        return FALSE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam), HIWORD(lParam));
-        return FALSE;
-    case WM_COMMAND:
-        OnCommand(LOWORD(wParam));
-        return TRUE;
-    case WM_NOTIFY:
-        return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
-    default:
-        return FALSE;
-    }
+    EndDialog(GetHwnd(), kResultCancel);
+}
+
+INT_PTR CBookmarksDlg::OnOtherMessage(UINT message, WPARAM, LPARAM lParam)
+{
+    return message == WM_NOTIFY ? OnNotify(*reinterpret_cast<const NMHDR*>(lParam)) : FALSE;
 }
 
 bool CBookmarksDlg::OnInitDialog()
@@ -73,9 +63,9 @@ bool CBookmarksDlg::OnInitDialog()
     return true;
 }
 
-void CBookmarksDlg::OnCommand(UINT command)
+INT_PTR CBookmarksDlg::OnCommand(WORD id, WORD)
 {
-    switch (command) {
+    switch (id) {
     case IDM_BOOKMARK_OPEN:
         Open();
         break;
@@ -89,14 +79,12 @@ void CBookmarksDlg::OnCommand(UINT command)
         Delete();
         break;
     case IDM_CLOSE:
-    case IDOK:
-    case IDCANCEL:
-        // Closing opens nothing, whichever way it is done.
-        EndDialog(GetHwnd(), kResultCancel);
+        OnOk();
         break;
     default:
-        break;
+        return FALSE;
     }
+    return TRUE;
 }
 
 INT_PTR CBookmarksDlg::OnNotify(const NMHDR& header)

@@ -3,24 +3,25 @@
 #include <windows.h>
 
 #include "framework/CString.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 #include "settings/Bookmarks.h"
 
 // "Bookmarks": the stored locations in their order, to open, add, edit and
 // delete. Every change is saved at once. Opening a location with a known
 // root ends the dialog with OK and the key to go to.
-class CBookmarksDlg : public CShdDialog {
+class CBookmarksDlg : public CShdFormDialog {
 public:
     HKEY GetRoot() const { return m_root; }
     const CString& GetPath() const { return m_path; }
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
-    void OnCommand(UINT command);
+    bool OnInitDialog() override;
+    // Closing opens nothing, whichever way it is done.
+    void OnOk() override;
+    INT_PTR OnCommand(WORD id, WORD code) override;
+    INT_PTR OnOtherMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     INT_PTR OnNotify(const NMHDR& header);
-    void Layout(int width, int height);
+    void Layout(int width, int height) override;
     // The selected row, else the focused one; -1 with neither.
     int GetCurrentRow() const;
     void SelectRow(int row);

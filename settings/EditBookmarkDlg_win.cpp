@@ -15,32 +15,6 @@ const int kSideMarginDesign = 8;
 
 }  // namespace
 
-INT_PTR CEditBookmarkDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
-{
-    switch (message) {
-    case WM_INITDIALOG:
-        if (!OnInitDialog())
-            EndDialog(GetHwnd(), kResultInitFailed);
-        return FALSE;
-    case WM_SIZE:
-        Layout(LOWORD(lParam));
-        return FALSE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDOK:
-            OnOk();
-            return TRUE;
-        case IDCANCEL:
-            EndDialog(GetHwnd(), kResultCancel);
-            return TRUE;
-        default:
-            return FALSE;
-        }
-    default:
-        return FALSE;
-    }
-}
-
 bool CEditBookmarkDlg::OnInitDialog()
 {
     const HWND window = GetHwnd();
@@ -50,7 +24,7 @@ bool CEditBookmarkDlg::OnInitDialog()
     SetWindowTextW(edit, m_location);
     RECT client = {};
     GetClientRect(window, &client);
-    Layout(client.right);
+    Layout(client.right, client.bottom);
     SetFocus(edit);
     SendMessageW(edit, EM_SETSEL, 0, -1);
     return true;
@@ -66,7 +40,7 @@ void CEditBookmarkDlg::OnOk()
         ShowMessage(window, TEXT("Invalid location."), MB_OK | MB_ICONEXCLAMATION);
 }
 
-void CEditBookmarkDlg::Layout(int width)
+void CEditBookmarkDlg::Layout(int width, int)
 {
     // The location keeps its place from the template and takes the width.
     const HWND edit = GetDlgItem(GetHwnd(), IDC_BOOKMARK_LOCATION);

@@ -3,22 +3,20 @@
 #include <windows.h>
 
 #include "framework/CString.h"
-#include "framework/ShdDialog.h"
+#include "framework/ShdFormDialog.h"
 
 // "Edit Bookmark": one location, typed. OK takes only a valid location
 // (IsValidBookmarkLocation); anything else is refused and stays typed.
-class CEditBookmarkDlg : public CShdDialog {
+class CEditBookmarkDlg : public CShdFormDialog {
 public:
     explicit CEditBookmarkDlg(LPCWSTR location) : m_location(location) {}
 
     const CString& GetLocation() const { return m_location; }
 
-    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
-
 private:
-    bool OnInitDialog();
-    void OnOk();
-    void Layout(int width);
+    bool OnInitDialog() override;
+    void OnOk() override;
+    void Layout(int width, int height) override;
 
     CString m_location;
 };
