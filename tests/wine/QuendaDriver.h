@@ -21,7 +21,6 @@ public:
     // Starts Quenda.exe with the argument text (after the program's name),
     // in the current folder.
     bool Start(const std::wstring& arguments);
-    DWORD ProcessId() const { return m_process.dwProcessId; }
 
     // The process's first visible message box captioned "Quenda" that
     // appears within the time, or null. The progress dialog, of the same
