@@ -14,8 +14,8 @@
 
 #include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
-#include "framework/HandheldShell_win.h"
 #include "framework/MessageBox.h"
+#include "framework/WindowHelpers.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
@@ -38,22 +38,46 @@ CString ItemText(HWND dialog, int id)
     return CShdWnd::GetWindowTextOr(GetDlgItem(dialog, id), L"");
 }
 
+RECT ChildRect(HWND child)
+{
+    RECT rect;
+    GetWindowRect(child, &rect);
+    MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+// Gives the window a client area `height` high: true when it then shows
+// `second` below `first`, false when beside it.
+bool StackedAt(HWND window, int height, HWND first, HWND second)
+{
+    RECT frame;
+    RECT client;
+    GetWindowRect(window, &frame);
+    GetClientRect(window, &client);
+    SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left, height + (frame.bottom - frame.top) - client.bottom,
+                 SWP_NOZORDER | SWP_NOMOVE);
+    const bool below = ChildRect(second).top > ChildRect(first).top;
+    EXPECT_NE(below, ChildRect(second).left > ChildRect(first).left) << height;
+    return below;
+}
+
 // An interactive main window made in the test's own thread, with the
-// program's resources from the test's module.
-class MainWnd : public testing::Test {
+// program's resources from the test's module, on a platform with faults to
+// inject.
+class MainWndTest : public testing::Test {
 protected:
-    void SetUp() override
+    void Open()
     {
-        ASSERT_TRUE(m_window.Create(TestInstance()));
+        m_window = std::make_unique<CMainWnd>();
+        ASSERT_TRUE(m_window->Create(TestInstance()));
         PumpMessages();
-        m_hwnd = m_window.GetHwnd();
+        m_hwnd = m_window->GetHwnd();
         m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
         m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
         m_splitter = GetDlgItem(m_hwnd, CMainWnd::kSplitterId);
-        ASSERT_NE(m_tree, nullptr);
-        ASSERT_NE(m_list, nullptr);
-        ASSERT_NE(m_splitter, nullptr);
     }
+    // The tree's own object, as the window's pane.
+    CRegTree& Tree() const { return *static_cast<CRegTree*>(CShdWnd::FromHandle(m_tree)); }
 
     void Command(UINT command)
     {
@@ -61,41 +85,10 @@ protected:
         PumpMessages();
     }
 
-    void SelectRoot(int index)
-    {
-        HTREEITEM item = TreeView_GetChild(m_tree, TreeView_GetRoot(m_tree));
-        for (int i = 0; i < index; ++i)
-            item = TreeView_GetNextSibling(m_tree, item);
-        TreeView_SelectItem(m_tree, item);
-        PumpMessages();
-    }
-
-    // Expands the tree down to a key below HKEY_CURRENT_USER and selects it.
-    void SelectUserKey(const CString& path)
+    void SelectKey(HKEY root, const CString& path)
     {
         Command(IDM_REGISTRY_REFRESH);
-        SelectRoot(1);
-        CString rest = path;
-        while (!rest.IsEmpty()) {
-            const int slash = rest.Find(L'\\');
-            const CString name = slash < 0 ? rest : rest.Left(slash);
-            rest = slash < 0 ? CString() : rest.Mid(slash + 1);
-            HTREEITEM item = TreeView_GetSelection(m_tree);
-            TreeView_Expand(m_tree, item, TVE_EXPAND);
-            for (item = TreeView_GetChild(m_tree, item); item != nullptr; item = TreeView_GetNextSibling(m_tree, item)) {
-                WCHAR label[260] = {};
-                TVITEMW data = {};
-                data.mask = TVIF_TEXT;
-                data.hItem = item;
-                data.pszText = label;
-                data.cchTextMax = 260;
-                TreeView_GetItem(m_tree, &data);
-                if (name == label)
-                    break;
-            }
-            ASSERT_NE(item, nullptr) << ToUtf8(name);
-            TreeView_SelectItem(m_tree, item);
-        }
+        ASSERT_TRUE(Tree().NavigateTo(root, path)) << ToUtf8(path);
         PumpMessages();
     }
 
@@ -122,14 +115,6 @@ protected:
         EXPECT_TRUE(opened) << ToUtf8(caption) << " did not open";
     }
 
-    RECT ChildRect(HWND child) const
-    {
-        RECT rect;
-        GetWindowRect(child, &rect);
-        MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
-        return rect;
-    }
-
     // The enabled state of each item of the "Key" pop-up after the main
     // window has prepared it.
     bool KeyItemEnabled(UINT command)
@@ -142,16 +127,23 @@ protected:
         return (state & MF_GRAYED) == 0;
     }
 
-    CMainWnd m_window;
+    CFaultInjectingPlatform m_faults;
+    CScopedPlatform m_scoped{m_faults};
     std::vector<CString> m_messages;
     CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
         m_messages.push_back(text);
         return IDOK;
     }};
+    std::unique_ptr<CMainWnd> m_window;
     HWND m_hwnd = nullptr;
     HWND m_tree = nullptr;
     HWND m_list = nullptr;
     HWND m_splitter = nullptr;
+};
+
+class MainWnd : public MainWndTest {
+protected:
+    void SetUp() override { Open(); }
 };
 
 TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
@@ -172,38 +164,20 @@ TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
 TEST_F(MainWnd, KeyCommandsFollowTheTreeSelection)
 {
     EXPECT_FALSE(KeyItemEnabled(IDM_KEY_NEW)) << "the top item is no key";
-    SelectRoot(2);
+    SelectKey(HKEY_LOCAL_MACHINE, L"");
     EXPECT_TRUE(KeyItemEnabled(IDM_KEY_NEW));
     EXPECT_FALSE(KeyItemEnabled(IDM_KEY_RENAME)) << "a root key cannot be renamed";
 
     Command(IDM_KEY_COPY_NAME);
-    ASSERT_TRUE(OpenClipboard(m_hwnd));
-    const HANDLE copied = GetClipboardDataAlloc(CF_UNICODETEXT);
-    CloseClipboard();
-    ASSERT_NE(copied, nullptr);
-    EXPECT_EQ(CString(static_cast<LPCWSTR>(copied)), W("HKEY_LOCAL_MACHINE"));
-    LocalFree(copied);
+    CString copied;
+    EXPECT_TRUE(ReadClipboardText(m_hwnd, copied) && copied == W("HKEY_LOCAL_MACHINE"));
     EXPECT_EQ(GetFocus(), m_tree) << "the focus goes back";
 }
 
 TEST_F(MainWnd, ShortWindowsPutThePanesSideBySide)
 {
-    const int threshold = ScaleY(180);
-    RECT window;
-    RECT client;
-    GetWindowRect(m_hwnd, &window);
-    GetClientRect(m_hwnd, &client);
-    const int frame = (window.bottom - window.top) - client.bottom;
-    for (const int height : {threshold, threshold - 1}) {
-        SCOPED_TRACE(height);
-        SetWindowPos(m_hwnd, nullptr, 0, 0, window.right - window.left, height + frame, SWP_NOZORDER | SWP_NOMOVE);
-        PumpMessages();
-        const RECT tree = ChildRect(m_tree);
-        const RECT list = ChildRect(m_list);
-        const bool stacked = height >= threshold;
-        EXPECT_EQ(list.top > tree.top, stacked);
-        EXPECT_EQ(list.left > tree.left, !stacked);
-    }
+    EXPECT_TRUE(StackedAt(m_hwnd, ScaleY(180), m_tree, m_list));
+    EXPECT_FALSE(StackedAt(m_hwnd, ScaleY(180) - 1, m_tree, m_list));
 }
 
 TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
@@ -223,14 +197,12 @@ TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
 // carries its class and is selected in the tree, and Properties shows both.
 TEST_F(MainWnd, NewKeyAndKeyProperties)
 {
-    CFaultInjectingPlatform faults;
-    CScopedPlatform scoped(faults);
-    faults.FailOpen(L"Refused");
+    m_faults.FailOpen(L"Refused");
     CScratchKey scratch(L"NewKey");
     CShdRegKey existing;
     ASSERT_TRUE(existing.Create(scratch.Handle(), L"Existing", nullptr));
     existing.Close(false);
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     const struct {
         const char* name;
         const char* message;
@@ -247,24 +219,12 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
         SetFocus(GetDlgItem(dialog, IDC_KEY_CLASS));
         SendMessageW(dialog, WM_COMMAND, IDOK, 0);
     };
-    auto checkLayout = [this](HWND dialog) {
-        for (const int height : {ScaleY(180), ScaleY(180) - 1}) {
-            RECT frame;
-            RECT client;
-            GetWindowRect(dialog, &frame);
-            GetClientRect(dialog, &client);
-            SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left,
-                         height + (frame.bottom - frame.top) - client.bottom, SWP_NOZORDER | SWP_NOMOVE);
-            const RECT name = ChildRect(GetDlgItem(dialog, IDC_KEY_NAME));
-            const RECT keyClass = ChildRect(GetDlgItem(dialog, IDC_KEY_CLASS));
-            EXPECT_EQ(keyClass.top > name.top, height == ScaleY(180)) << height;
-            EXPECT_EQ(keyClass.left > name.left, height < ScaleY(180)) << height;
-        }
-    };
     RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
         EXPECT_EQ(ItemText(dialog, IDC_PARENT_KEY),
                   L"HKEY_CURRENT_USER\\" + scratch.Path());
-        checkLayout(dialog);
+        const HWND name = GetDlgItem(dialog, IDC_KEY_NAME);
+        EXPECT_TRUE(StackedAt(dialog, ScaleY(180), name, GetDlgItem(dialog, IDC_KEY_CLASS)));
+        EXPECT_FALSE(StackedAt(dialog, ScaleY(180) - 1, name, GetDlgItem(dialog, IDC_KEY_CLASS)));
         for (const auto& refusal : refusals) {
             SCOPED_TRACE(refusal.name);
             m_messages.clear();
@@ -279,7 +239,7 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
     }});
     HKEY root = nullptr;
     CString selected;
-    EXPECT_TRUE(m_window.GetSelectedKey(root, selected));
+    EXPECT_TRUE(m_window->GetSelectedKey(root, selected));
     EXPECT_EQ(selected, scratch.Path() + L"\\New");
     CShdRegKey created;
     CString storedClass;
@@ -297,7 +257,7 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
     m_messages.clear();
     Command(IDM_KEY_PROPERTIES);
     EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open registry key."});
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
         DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
         m_messages.clear();
@@ -317,7 +277,7 @@ TEST_F(MainWnd, Bookmarks)
     CString lower = marks;
     lower.MakeLower();
     auto stored = [] { return DescribeTree(HKEY_LOCAL_MACHINE, kBookmarksKeyPath); };
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     Command(IDM_KEY_ADD_BOOKMARK);
     Command(IDM_KEY_ADD_BOOKMARK);
     EXPECT_EQ(m_messages, (std::vector<CString>{L"Bookmark was successfully added.", L"This bookmark already exists."}));
@@ -357,13 +317,13 @@ TEST_F(MainWnd, Bookmarks)
     RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps);
     HKEY root = nullptr;
     CString path;
-    EXPECT_TRUE(m_window.GetSelectedKey(root, path));
+    EXPECT_TRUE(m_window->GetSelectedKey(root, path));
     EXPECT_EQ(path, L"Software") << "a short root name opens";
     EXPECT_EQ(stored(), "[count]=#2\n[item_0]=" + ToUtf8(lower) + "\n[item_1]=HKCU\\Software\n");
 
     // The same key in another case; then gone since it was bookmarked; then
     // every item deleted.
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     m_messages.clear();
     Command(IDM_KEY_ADD_BOOKMARK);
     DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
@@ -380,48 +340,18 @@ TEST_F(MainWnd, Bookmarks)
     EXPECT_EQ(stored(), "[count]=#0\n");
 }
 
-}  // namespace
-
-namespace {
-
-// The last position comes back at the next start and is taken again when
-// the window goes. The settings are kept from the registry here (their key
-// cannot be opened), so only the in-memory store changes.
-TEST(MainWndPosition, LastPositionIsRestoredAtStartAndSavedAtExit)
+// The position is taken when the window goes. The settings are kept from
+// the registry here (their key cannot be opened), so only the in-memory
+// store changes. Its restoring at start opens the value editor's tests.
+TEST_F(MainWndTest, TheLastPositionIsSavedAtExit)
 {
-    CFaultInjectingPlatform faults;
-    CScopedPlatform scoped(faults);
-    faults.FailOpen(TEXT("Settings"));
+    m_faults.FailOpen(TEXT("Settings"));
     CScratchKey scratch(TEXT("Position"));
-    const CString path = scratch.Path() + TEXT("\\Deeper");
-    CShdRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, path, nullptr));
-    ASSERT_TRUE(key.WriteDword(TEXT("a"), 1));
-    ASSERT_TRUE(key.WriteDword(TEXT("b"), 2));
-    key.Close();
     Settings().SetSavePosition(true);
-    Settings().SetLastPosition(kRootCurrentUser, path, TEXT("b"), true);
-
-    {
-        CMainWnd window;
-        ASSERT_TRUE(window.Create(TestInstance()));
-        PumpMessages();
-        HKEY root = nullptr;
-        CString selected;
-        EXPECT_TRUE(window.GetSelectedKey(root, selected));
-        EXPECT_EQ(root, HKEY_CURRENT_USER);
-        EXPECT_EQ(selected, path);
-        CString value;
-        EXPECT_TRUE(window.GetSelectedValue(value));
-        EXPECT_EQ(value, W("b"));
-
-        // Select the key's parent, then close: that is what is kept.
-        const HWND tree = GetDlgItem(window.GetHwnd(), CMainWnd::kTreeId);
-        TreeView_SelectItem(tree, TreeView_GetParent(tree, TreeView_GetSelection(tree)));
-        PumpMessages();
-        DestroyWindow(window.GetHwnd());
-        PumpMessages();
-    }
+    Settings().SetLastPosition(0, TEXT("x"), TEXT("b"), true);
+    Open();
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
+    m_window.reset();
     DWORD root = 0;
     CString keyName;
     CString valueName;
@@ -433,10 +363,6 @@ TEST(MainWndPosition, LastPositionIsRestoredAtStartAndSavedAtExit)
     Settings().SetLastPosition(0, TEXT(""), TEXT(""), false);
 }
 
-}  // namespace
-
-namespace {
-
 const char kStart[] = ".\nBar\n  \"Abc\" 4: 09 00 00 00\nFoo (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo\\Sub\n";
 const char kFoo2[] = "Foo (2) (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo (2)\\Sub\n";
 const char kDeleteKey[] = "Are you sure you want to delete this key?";
@@ -446,13 +372,8 @@ const char kOverwrite[] = "Value with this name already exists. Do you want to o
 // in the list, commands sent to the window, renames typed into the label
 // edits, questions answered. Each case runs on a fresh window and scratch key
 // and ends with the scratch key's dump, classes included.
-class MainWndEdits : public testing::Test {
+class MainWndEdits : public MainWndTest {
 protected:
-    MainWndEdits() : m_scoped(m_faults) {}
-
-    // The tree's own object, as the window's pane.
-    CRegTree& Tree() const { return *static_cast<CRegTree*>(CShdWnd::FromHandle(m_tree)); }
-
     void Rename(const std::string& text)
     {
         const HWND pane = GetFocus();
@@ -525,13 +446,7 @@ protected:
         }
     }
 
-    CFaultInjectingPlatform m_faults;
-    CScopedPlatform m_scoped;
     CString m_path;
-    std::unique_ptr<CMainWnd> m_window;
-    HWND m_hwnd = nullptr;
-    HWND m_tree = nullptr;
-    HWND m_list = nullptr;
     int m_answer = IDYES;
 };
 
@@ -612,12 +527,7 @@ TEST_F(MainWndEdits, EachEditSaysWhatItShouldAndLeavesTheRegistryAsItShould)
             messages.push_back(ToUtf8(text));
             return m_answer;
         });
-        m_window.reset(new CMainWnd);
-        ASSERT_TRUE(m_window->Create(TestInstance()));
-        PumpMessages();
-        m_hwnd = m_window->GetHwnd();
-        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
-        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
+        Open();
         for (const std::string& step : item.steps) {
             SCOPED_TRACE(step);
             Run(step);
