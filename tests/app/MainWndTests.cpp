@@ -1,50 +1,26 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <map>
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <windows.h>
-
-#include <commctrl.h>
-
-#include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
 #include "framework/WindowHelpers.h"
-#include "platform/FaultInjectingPlatform.h"
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
-#include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/ProgramKeys.h"
 #include "settings/Settings.h"
+#include "tests/app/MainWndTestSupport.h"
 #include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
-#include "tests/support/TestText.h"
-#include "tests/ui/FileDialogTestSupport.h"
-#include "tests/ui/UiTestSupport.h"
 
 namespace {
 
-CString ItemText(HWND dialog, int id)
-{
-    return CShdWnd::GetWindowTextOr(GetDlgItem(dialog, id), L"");
-}
-
-RECT ChildRect(HWND child)
-{
-    RECT rect;
-    GetWindowRect(child, &rect);
-    MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
+using Messages = std::vector<std::string>;
 
 // Gives the window a client area `height` high: true when it then shows
 // `second` below `first`, false when beside it.
@@ -61,89 +37,17 @@ bool StackedAt(HWND window, int height, HWND first, HWND second)
     return below;
 }
 
-// An interactive main window made in the test's own thread, with the
-// program's resources from the test's module, on a platform with faults to
-// inject.
-class MainWndTest : public testing::Test {
-protected:
-    void Open()
-    {
-        m_window = std::make_unique<CMainWnd>();
-        ASSERT_TRUE(m_window->Create(TestInstance()));
-        PumpMessages();
-        m_hwnd = m_window->GetHwnd();
-        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
-        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
-        m_splitter = GetDlgItem(m_hwnd, CMainWnd::kSplitterId);
-    }
-    // The tree's own object, as the window's pane.
-    CRegTree& Tree() const { return *static_cast<CRegTree*>(CShdWnd::FromHandle(m_tree)); }
-
-    void Command(UINT command)
-    {
-        SendMessageW(m_hwnd, WM_COMMAND, command, 0);
-        PumpMessages();
-    }
-
-    void SelectKey(HKEY root, const CString& path)
-    {
-        Command(IDM_REGISTRY_REFRESH);
-        ASSERT_TRUE(Tree().NavigateTo(root, path)) << ToUtf8(path);
-        PumpMessages();
-    }
-
-    // Runs a command that opens the dialog `caption`, with the steps run
-    // inside its loop; whatever the steps leave open is cancelled.
-    void RunDialog(UINT command, LPCWSTR caption, std::vector<std::function<void(HWND)>> steps)
-    {
-        bool opened = false;
-        std::vector<std::function<void()>> wrapped;
-        for (auto& step : steps) {
-            wrapped.push_back([caption, step, &opened] {
-                if (const HWND dialog = FindDialog(caption)) {
-                    opened = true;
-                    step(dialog);
-                }
-            });
-        }
-        wrapped.push_back([caption] {
-            if (const HWND dialog = FindDialog(caption))
-                SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        });
-        CModalScript script(std::move(wrapped));
-        Command(command);
-        EXPECT_TRUE(opened) << ToUtf8(caption) << " did not open";
-    }
-
-    // The enabled state of each item of the "Key" pop-up after the main
-    // window has prepared it.
-    bool KeyItemEnabled(UINT command)
-    {
-        HMENU menu = LoadMenuW(TestInstance(), MAKEINTRESOURCEW(IDR_KEY_CONTEXT));
-        HMENU popup = GetSubMenu(menu, 0);
-        SendMessageW(m_hwnd, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
-        const UINT state = GetMenuState(popup, command, MF_BYCOMMAND);
-        DestroyMenu(menu);
-        return (state & MF_GRAYED) == 0;
-    }
-
-    CFaultInjectingPlatform m_faults;
-    CScopedPlatform m_scoped{m_faults};
-    std::vector<CString> m_messages;
-    CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
-        m_messages.push_back(text);
-        return IDOK;
-    }};
-    std::unique_ptr<CMainWnd> m_window;
-    HWND m_hwnd = nullptr;
-    HWND m_tree = nullptr;
-    HWND m_list = nullptr;
-    HWND m_splitter = nullptr;
-};
-
 class MainWnd : public MainWndTest {
 protected:
-    void SetUp() override { Open(); }
+    void SetUp() override
+    {
+        Open();
+        m_splitter = GetDlgItem(m_hwnd, CMainWnd::kSplitterId);
+    }
+    // The "Key" pop-up's New and Rename items.
+    std::vector<std::string> KeyItems() const { return Menu(IDR_KEY_CONTEXT, {IDM_KEY_NEW, IDM_KEY_RENAME}); }
+
+    HWND m_splitter = nullptr;
 };
 
 TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
@@ -163,10 +67,9 @@ TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
 
 TEST_F(MainWnd, KeyCommandsFollowTheTreeSelection)
 {
-    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_NEW)) << "the top item is no key";
+    EXPECT_EQ(KeyItems(), (std::vector<std::string>{"(New...)", "(Rename)"})) << "the top item is no key";
     SelectKey(HKEY_LOCAL_MACHINE, L"");
-    EXPECT_TRUE(KeyItemEnabled(IDM_KEY_NEW));
-    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_RENAME)) << "a root key cannot be renamed";
+    EXPECT_EQ(KeyItems(), (std::vector<std::string>{"New...", "(Rename)"})) << "a root key cannot be renamed";
 
     Command(IDM_KEY_COPY_NAME);
     CString copied;
@@ -219,7 +122,7 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
         SetFocus(GetDlgItem(dialog, IDC_KEY_CLASS));
         SendMessageW(dialog, WM_COMMAND, IDOK, 0);
     };
-    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
         EXPECT_EQ(ItemText(dialog, IDC_PARENT_KEY),
                   L"HKEY_CURRENT_USER\\" + scratch.Path());
         const HWND name = GetDlgItem(dialog, IDC_KEY_NAME);
@@ -229,14 +132,14 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
             SCOPED_TRACE(refusal.name);
             m_messages.clear();
             type(dialog, refusal.name, "typed");
-            EXPECT_EQ(m_messages, std::vector<CString>{W(refusal.message)});
+            EXPECT_EQ(m_messages, Messages{refusal.message});
             EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), W(refusal.name));
             EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), W("typed"));
             EXPECT_EQ(GetFocus() == GetDlgItem(dialog, IDC_KEY_NAME), refusal.focusOnName);
         }
         EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, scratch.Path()), ".\n" "Existing\n");
         type(dialog, "New", "Klasse");
-    }});
+    }}));
     HKEY root = nullptr;
     CString selected;
     EXPECT_TRUE(m_window->GetSelectedKey(root, selected));
@@ -246,25 +149,25 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
     EXPECT_TRUE(created.Open(scratch.Handle(), L"New") && created.GetClass(storedClass));
     created.Close(false);
     EXPECT_EQ(storedClass, L"Klasse");
-    RunDialog(IDM_KEY_PROPERTIES, L"Key Properties", {[&](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_KEY_PROPERTIES, L"Key Properties", {[&](HWND dialog) {
         EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"HKEY_CURRENT_USER\\" + selected);
         EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), L"Klasse");
         SendMessageW(dialog, WM_COMMAND, IDM_CLOSE, 0);
-    }});
+    }}));
 
     // Keys deleted behind the program's back.
     DeleteTreeForTests(scratch.Handle(), L"New");
     m_messages.clear();
     Command(IDM_KEY_PROPERTIES);
-    EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open registry key."});
+    EXPECT_EQ(m_messages, Messages{"Unable to open registry key."});
     SelectKey(HKEY_CURRENT_USER, scratch.Path());
-    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
         DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
         m_messages.clear();
         type(dialog, "Late", "");
-        EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open parent key"});
+        EXPECT_EQ(m_messages, Messages{"Unable to open parent key"});
         EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"Late");
-    }});
+    }}));
 }
 
 // Bookmarks added from the main window and kept in the dialog: each step
@@ -280,7 +183,7 @@ TEST_F(MainWnd, Bookmarks)
     SelectKey(HKEY_CURRENT_USER, scratch.Path());
     Command(IDM_KEY_ADD_BOOKMARK);
     Command(IDM_KEY_ADD_BOOKMARK);
-    EXPECT_EQ(m_messages, (std::vector<CString>{L"Bookmark was successfully added.", L"This bookmark already exists."}));
+    EXPECT_EQ(m_messages, (Messages{"Bookmark was successfully added.", "This bookmark already exists."}));
     EXPECT_EQ(GetFocus(), m_tree);
     EXPECT_EQ(stored(), "[count]=#1\n[item_0]=" + ToUtf8(marks) + "\n");
 
@@ -292,7 +195,7 @@ TEST_F(MainWnd, Bookmarks)
             m_messages.clear();
             SetDlgItemTextW(edit, IDC_BOOKMARK_LOCATION, text);
             SendMessageW(edit, WM_COMMAND, IDOK, 0);
-            EXPECT_EQ(m_messages.empty() ? "" : ToUtf8(m_messages[0]), message) << ToUtf8(text);
+            EXPECT_EQ(m_messages.empty() ? "" : m_messages[0], message) << ToUtf8(text);
         };
     };
     std::vector<std::function<void(HWND)>> steps = {command(IDM_BOOKMARK_ADD)};
@@ -301,7 +204,7 @@ TEST_F(MainWnd, Bookmarks)
     for (const auto& step : std::vector<std::function<void(HWND)>>{
              type(lower, ""),
              [&](HWND dialog) {
-                 EXPECT_EQ(m_messages, std::vector<CString>{L"This bookmark already exists."});
+                 EXPECT_EQ(m_messages, Messages{"This bookmark already exists."});
                  EXPECT_EQ(rows(dialog).size(), 1u);
              },
              command(IDM_BOOKMARK_EDIT), type(lower, ""), command(IDM_BOOKMARK_ADD), type(L"HKCU\\Software", ""),
@@ -314,7 +217,7 @@ TEST_F(MainWnd, Bookmarks)
                  SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_OPEN, 0);
              }})
         steps.push_back(step);
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps);
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps));
     HKEY root = nullptr;
     CString path;
     EXPECT_TRUE(m_window->GetSelectedKey(root, path));
@@ -327,16 +230,16 @@ TEST_F(MainWnd, Bookmarks)
     m_messages.clear();
     Command(IDM_KEY_ADD_BOOKMARK);
     DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
         // One tap on the first row opens it.
         const HWND list = GetDlgItem(dialog, IDC_BOOKMARK_LIST);
         RECT row = {LVIR_LABEL, 0, 0, 0};
         SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
         SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(row.left + 4, row.top + 2));
         SendMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(row.left + 4, row.top + 2));
-    }});
-    EXPECT_EQ(m_messages, (std::vector<CString>{L"This bookmark already exists.", L"Unable to show registry key."}));
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)});
+    }}));
+    EXPECT_EQ(m_messages, (Messages{"This bookmark already exists.", "Unable to show registry key."}));
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)}));
     EXPECT_EQ(stored(), "[count]=#0\n");
 }
 
