@@ -76,7 +76,7 @@ TEST(CommandLine, OnlyInteractiveStartsAreKeptToOneInstance)
 {
     CQuendaProcess first;
     ASSERT_TRUE(first.Start(L""));
-    const HWND window = first.WaitForWindow(kInteractiveClass, 20000);
+    const HWND window = first.WaitForWindow(kInteractiveClass);
     ASSERT_NE(window, nullptr);
     wchar_t caption[16] = {};
     GetWindowTextW(window, caption, 16);
@@ -85,7 +85,7 @@ TEST(CommandLine, OnlyInteractiveStartsAreKeptToOneInstance)
     // A command-line run beside it takes the foreground with its message.
     CQuendaProcess help;
     ASSERT_TRUE(help.Start(L"/?"));
-    const HWND usage = help.WaitForMessageBox(20000);
+    const HWND usage = help.WaitForMessageBox();
     ASSERT_NE(usage, nullptr) << "a command-line run is not kept out";
 
     CQuendaProcess second;
