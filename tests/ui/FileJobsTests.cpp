@@ -169,31 +169,25 @@ using Messages = std::vector<std::string>;
 const char kOverwrite[] = "File with that name already exists. Do you want to overwrite it?";
 const char kExported[] = "Registry export finished successfully.|10040";
 
-TEST_F(FileJobsTest, AQuickExportShowsOnlyItsResult)
+// An existing file is overwritten only after a Yes. That export is a job of
+// a quarter of a second: long enough for a box shown at once to appear,
+// short of the delay after which it is shown; only its result shows.
+TEST_F(FileJobsTest, AQuickExportOverAnExistingFileShowsOnlyItsResult)
 {
-    // A job of a quarter of a second: long enough for a box shown at once to
-    // appear, short of the delay after which it is shown.
     m_platform.m_pauseAt = L"a";
     m_platform.m_pauseLimit = 250;
-    EXPECT_TRUE(Export(L"out", false));
-    EXPECT_EQ(g_progressMade, 1);
-    EXPECT_EQ(g_progressShown, 0);
-    EXPECT_EQ(m_messages, Messages{kExported});
-    EXPECT_EQ(OutBytes(), Exported(true, ""));
-    EXPECT_TRUE(IsWindowEnabled(m_owner.GetHwnd()));
-}
-
-TEST_F(FileJobsTest, AnExistingFileIsOverwrittenOnlyAfterAYes)
-{
     std::ofstream(ToUtf8(Out()), std::ios::binary) << "keep";
     for (const int answer : {IDNO, IDYES}) {
         m_answers.push_back({W(kOverwrite), answer});
         EXPECT_EQ(Export(answer == IDNO ? L"OUT.reg" : L"out", false), answer == IDYES);
         EXPECT_EQ(OutBytes() == "keep", answer == IDNO);
     }
+    EXPECT_EQ(g_progressMade, 1);
+    EXPECT_EQ(g_progressShown, 0);
     EXPECT_EQ(OutBytes(), Exported(true, ""));
     const std::string question = kOverwrite + std::string("|10024");
     EXPECT_EQ(m_messages, (Messages{question, question, kExported}));
+    EXPECT_TRUE(IsWindowEnabled(m_owner.GetHwnd()));
 }
 
 TEST_F(FileJobsTest, ACancelledExportKeepsItsPartialFileOnNo)
