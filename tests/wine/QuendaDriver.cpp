@@ -63,7 +63,9 @@ bool CQuendaProcess::Start(const std::wstring& arguments)
 {
     wchar_t path[MAX_PATH];
     const std::wstring self(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
-    std::wstring commandLine = L"\"" + self.substr(0, self.find_last_of(L'\\') + 1) + L"Quenda.exe\" " + arguments;
+    std::wstring commandLine = L"\"" + self.substr(0, self.find_last_of(L'\\') + 1) + L"Quenda.exe\"";
+    if (!arguments.empty())
+        commandLine += L" " + arguments;
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
     return m_process.hProcess == nullptr && CreateProcessW(nullptr, &commandLine[0], nullptr, nullptr, FALSE, 0,
