@@ -95,8 +95,8 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
                          SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
                      },
                      [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
-    EXPECT_EQ(m_messages, (Strings{"Search string can't be empty.",
-                                                  "You should specify at least one item type to search for."}));
+    EXPECT_EQ(m_messages,
+              (Strings{"Search string can't be empty.", "You should specify at least one item type to search for."}));
     EXPECT_TRUE(Settings().GetSearchParams().searchString.IsEmpty()) << "Cancel keeps the saved criteria";
 
     RunSearchDialog({[](HWND dialog) {
@@ -127,8 +127,8 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
             expected.push_back(root + match);
     EXPECT_EQ(visited, expected);
     EXPECT_EQ(m_messages, Strings{"Search finished."});
-    EXPECT_EQ(SearchMenu(), (Strings{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)",
-                                                      "(Show Search Results)"}));
+    EXPECT_EQ(SearchMenu(),
+              (Strings{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)", "(Show Search Results)"}));
 }
 
 TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
@@ -193,8 +193,7 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS, 0);
     Activate(2);
     Activate(3);
-    EXPECT_EQ(m_messages, (Strings{"Unable to show found registry value.",
-                                                  "Unable to show found registry key."}));
+    EXPECT_EQ(m_messages, (Strings{"Unable to show found registry value.", "Unable to show found registry key."}));
 }
 
 // The toolbar of the main window: what its first two buttons show ("4+":
