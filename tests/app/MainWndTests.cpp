@@ -77,13 +77,9 @@ TEST_F(MainWnd, KeyCommandsFollowTheTreeSelection)
     EXPECT_EQ(GetFocus(), m_tree) << "the focus goes back";
 }
 
-TEST_F(MainWnd, ShortWindowsPutThePanesSideBySide)
-{
-    EXPECT_TRUE(StackedAt(m_hwnd, ScaleY(180), m_tree, m_list));
-    EXPECT_FALSE(StackedAt(m_hwnd, ScaleY(180) - 1, m_tree, m_list));
-}
-
-TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
+// Arrow keys on the splitter move the split; short windows put the panes
+// side by side.
+TEST_F(MainWnd, TheSplitFollowsTheArrowKeysAndTheWindowsHeight)
 {
     const int before = ChildRect(m_tree).bottom;
     SetFocus(m_splitter);
@@ -94,6 +90,8 @@ TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
     PumpMessages();
     EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5)) << "a horizontal bar ignores Left and Right";
     EXPECT_EQ(ChildRect(m_splitter).top, before + ScaleY(5));
+    EXPECT_TRUE(StackedAt(m_hwnd, ScaleY(180), m_tree, m_list));
+    EXPECT_FALSE(StackedAt(m_hwnd, ScaleY(180) - 1, m_tree, m_list));
 }
 
 // Every refusal leaves the dialog open with what was typed; a created key
