@@ -36,14 +36,6 @@ protected:
     }
 };
 
-std::vector<std::string> RunVerbs(const char* arguments, std::vector<int> answers = {})
-{
-    CRecordingRunner runner;
-    runner.m_answers = answers;
-    runner.Process(W(arguments));
-    return runner.m_events;
-}
-
 std::string Question(const char* path)
 {
     return "message 65572 Do you want to import registry file \"" + std::string(path) + "\"?";
@@ -52,41 +44,46 @@ std::string Question(const char* path)
 const char kUsage[] = "message 65600 Usage:\r\n\"Quenda.exe <file>\"\r\nor\r\n\"Quenda.exe /e <file> <key>\"";
 const char kInvalid[] = "message 65584 Invalid command line arguments.";
 
-TEST(CommandLineRunner, ImportsEachFileAfterItsOwnQuestion)
-{
-    using Events = std::vector<std::string>;
-    EXPECT_EQ(RunVerbs("\"My Files\\a.reg\""), (Events{Question("My Files\\a.reg"), "import My Files\\a.reg"}));
-    EXPECT_EQ(RunVerbs("a.reg b.reg", {7, 6}), (Events{Question("a.reg"), Question("b.reg"), "import b.reg"}));
-    EXPECT_EQ(RunVerbs("/s \"a\"\"b.reg\""), (Events{Question("a\"b.reg"), "import a\"b.reg"}))
-        << "the question is asked even when silence is asked for";
-    EXPECT_EQ(RunVerbs("\"\"", {7}), (Events{Question("")})) << "an empty argument is still a file name";
-    EXPECT_EQ(RunVerbs("file.reg /e x", {7, 7, 7}), (Events{Question("file.reg"), Question("/e"), Question("x")}))
-        << "options count only before the first file";
-    EXPECT_EQ(RunVerbs("a.reg /?", {7, 7}), (Events{Question("a.reg"), Question("/?")}));
-}
-
-TEST(CommandLineRunner, HelpAndEmptyExportsShowUsageOrNothing)
-{
-    using Events = std::vector<std::string>;
-    EXPECT_EQ(RunVerbs("/?"), (Events{kUsage}));
-    EXPECT_EQ(RunVerbs("-S -? a.reg"), (Events{kUsage})) << "help stops the run";
-    EXPECT_EQ(RunVerbs("/e"), Events{});
-    EXPECT_EQ(RunVerbs("   "), Events{});
-}
-
-TEST(CommandLineRunner, ExportsAnExistingKeyOrReportsInvalidArguments)
+// Each command line, with the answers to its questions (Yes when they run
+// out), and the messages and jobs it makes.
+TEST(CommandLineRunner, EachCommandLineShowsItsMessagesAndRunsItsJobs)
 {
     CScratchKey scratch(TEXT("CommandLineRunner"));
     const std::string path = ToUtf8(scratch.Path());
     const std::string key = "HKCU\\" + path;
-    using Events = std::vector<std::string>;
-    EXPECT_EQ(RunVerbs(("/E out.reg " + key).c_str()), (Events{"export out.reg HKCU " + path}));
-    EXPECT_EQ(RunVerbs("-s /e \"my out.reg\""), (Events{"export my out.reg  "})) << "no key: the whole registry";
-    EXPECT_EQ(RunVerbs("/e out.reg HKEY_LOCAL_MACHINE"), (Events{"export out.reg HKLM "}));
-    EXPECT_EQ(RunVerbs("/e out.reg HKLM"), (Events{"export out.reg HKLM "}));
-    EXPECT_EQ(RunVerbs(("/e out.reg " + key + "\\Nope").c_str()), (Events{kInvalid}));
-    EXPECT_EQ(RunVerbs("/e out.reg HKXX\\Software"), (Events{kInvalid}));
-    EXPECT_EQ(RunVerbs("/e out.reg HKLM extra"), (Events{kInvalid}));
+    const struct {
+        std::string arguments;
+        std::vector<int> answers;
+        std::vector<std::string> events;
+    } cases[] = {
+        {"\"My Files\\a.reg\"", {}, {Question("My Files\\a.reg"), "import My Files\\a.reg"}},
+        {"a.reg b.reg", {7, 6}, {Question("a.reg"), Question("b.reg"), "import b.reg"}},
+        // The question is asked even when silence is asked for.
+        {"/s \"a\"\"b.reg\"", {}, {Question("a\"b.reg"), "import a\"b.reg"}},
+        // An empty argument is still a file name.
+        {"\"\"", {7}, {Question("")}},
+        // Options count only before the first file.
+        {"file.reg /e x", {7, 7, 7}, {Question("file.reg"), Question("/e"), Question("x")}},
+        {"a.reg /?", {7, 7}, {Question("a.reg"), Question("/?")}},
+        {"/?", {}, {kUsage}},
+        {"-S -? a.reg", {}, {kUsage}},  // help stops the run
+        {"/e", {}, {}},
+        {"   ", {}, {}},
+        {"/E out.reg " + key, {}, {"export out.reg HKCU " + path}},
+        {"-s /e \"my out.reg\"", {}, {"export my out.reg  "}},  // no key: the whole registry
+        {"/e out.reg HKEY_LOCAL_MACHINE", {}, {"export out.reg HKLM "}},
+        {"/e out.reg HKLM", {}, {"export out.reg HKLM "}},
+        {"/e out.reg " + key + "\\Nope", {}, {kInvalid}},
+        {"/e out.reg HKXX\\Software", {}, {kInvalid}},
+        {"/e out.reg HKLM extra", {}, {kInvalid}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        CRecordingRunner runner;
+        runner.m_answers = c.answers;
+        runner.Process(W(c.arguments.c_str()));
+        EXPECT_EQ(runner.m_events, c.events);
+    }
 }
 
 }  // namespace

@@ -1,24 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
-#include <windows.h>
-
-#include "app/MainWnd_win.h"
 #include "editors/HexEditCtrl_win.h"
-#include "framework/MessageBox.h"
 #include "framework/WindowHelpers.h"
-#include "platform/FaultInjectingPlatform.h"
 #include "registry/RegKey.h"
-#include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
+#include "tests/app/MainWndTestSupport.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
-#include "tests/support/TestText.h"
-#include "tests/ui/UiTestSupport.h"
 
 namespace {
 
@@ -26,16 +18,11 @@ namespace {
 const UINT kTap = 0;
 
 // The value editor opened by the main window's commands on a key of the
-// test's own, with the messages answered and recorded. The settings stay
-// away from the registry (their key cannot be opened), so that the last
-// position can open the window at the key.
-class EditValueTest : public testing::Test {
+// test's own. The settings stay away from the registry (their key cannot be
+// opened), so that the last position can open the window at the key.
+class EditValueTest : public MainWndTest {
 protected:
-    EditValueTest()
-        : m_scoped(m_faults), m_scratch(L"EditValue"), m_answerer([this](HWND, LPCWSTR text, UINT flags) {
-              m_shown.push_back(CString::Formatted(L"%s %x", text, flags));
-              return IDOK;
-          })
+    EditValueTest() : m_scratch(L"EditValue")
     {
         m_faults.FailOpen(L"Settings");
         WriteTestValue(HKEY_CURRENT_USER, m_scratch.Path(), L"s", REG_SZ, Utf16Bytes(W("old"), true));
@@ -45,56 +32,36 @@ protected:
     }
     ~EditValueTest() override { Settings().SetLastPosition(0, L"", L"", false); }
 
-    // The main window at the key with the value selected (null: none).
-    void Open(LPCWSTR value, LPCWSTR subkey = L"")
+    // The main window at the key with the value selected (null: none),
+    // once the last one has saved its own position.
+    void OpenAt(LPCWSTR value, LPCWSTR subkey = L"")
     {
+        m_window.reset();
         const CString path = *subkey != 0 ? m_scratch.Path() + L"\\" + subkey : m_scratch.Path();
         Settings().SetSavePosition(true);
         Settings().SetLastPosition(kRootCurrentUser, path, value != nullptr ? value : L"", value != nullptr);
-        ASSERT_TRUE(m_window.Create(TestInstance()));
-        PumpMessages();
+        Open();
     }
 
     // Runs the main window's command (or kTap, as the pointer makes it) with
-    // the steps inside the editor. A last step cancels an editor still open,
-    // so that no test waits for a dialog that a failure left on the screen.
-    // False when no editor opened.
-    bool Run(UINT command, std::vector<std::function<void()>> steps)
+    // the steps inside the editor; false when no editor opened.
+    bool Run(UINT command, bool newValue, std::vector<std::function<void(HWND)>> steps)
     {
-        bool opened = false;
-        steps.insert(steps.begin(), [&opened] { opened = Dialog() != nullptr; });
-        steps.push_back([] { SendMessageW(Dialog(), WM_COMMAND, IDCANCEL, 0); });
-        CModalScript script(std::move(steps));
-        const HWND list = GetDlgItem(m_window.GetHwnd(), CMainWnd::kListId);
-        RECT row = {};
-        row.left = LVIR_LABEL;
-        SendMessageW(list, LVM_GETITEMRECT, ListView_GetNextItem(list, -1, LVNI_SELECTED), reinterpret_cast<LPARAM>(&row));
+        RECT row = {LVIR_LABEL, 0, 0, 0};
+        SendMessageW(m_list, LVM_GETITEMRECT, ListView_GetNextItem(m_list, -1, LVNI_SELECTED),
+                     reinterpret_cast<LPARAM>(&row));
         const LPARAM point = MAKELPARAM((row.left + row.right) / 2, (row.top + row.bottom) / 2);
-        if (command == kTap) {
-            PostMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
-            PostMessageW(list, WM_LBUTTONUP, 0, point);
-        } else {
-            SendMessageW(m_window.GetHwnd(), WM_COMMAND, command, 0);
-        }
-        PumpMessages();
-        return opened;
+        return RunDialog(command, newValue ? L"New Value" : L"Edit Value", std::move(steps), [&] {
+            if (command != kTap)
+                return Command(command);
+            PostMessageW(m_list, WM_LBUTTONDOWN, MK_LBUTTON, point);
+            PostMessageW(m_list, WM_LBUTTONUP, 0, point);
+            PumpMessages();
+        });
     }
-
-    static HWND Dialog()
-    {
-        const HWND edit = FindWindowW(L"#32770", L"Edit Value");
-        return edit != nullptr ? edit : FindWindowW(L"#32770", L"New Value");
-    }
-    static HWND Item(int id) { return GetDlgItem(Dialog(), id); }
-    static CString Text(int id) { return CShdWnd::GetWindowTextOr(Item(id), L""); }
     std::string Dump() const { return DumpTree(HKEY_CURRENT_USER, m_scratch.Path()); }
 
-    CFaultInjectingPlatform m_faults;
-    CScopedPlatform m_scoped;
     CScratchKey m_scratch;
-    CScopedMessageAnswerer m_answerer;
-    std::vector<CString> m_shown;
-    CMainWnd m_window;
 };
 
 // Each command opens the editor that fits. OK writes exactly the bytes typed
@@ -122,57 +89,56 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTypedOrSaysWhyNot)
         {IDM_NEW_BINARY, nullptr, L"n5", IDC_HEX_EDIT, L"0a0B", IDOK, "\"n5\" 3: 0a 0b"},
         {IDM_NEW_CUSTOM, nullptr, L"n6", IDC_CUSTOM_TYPE, L"4", IDOK, "\"n6\" 4:"},
         {IDM_VALUE_EDIT_BINARY, L"s", L"s", IDC_HEX_EDIT, L"41", IDOK, "\"s\" 1: 41 6e 00 65 00 77 00 00 00"},
-        {IDM_VALUE_EDIT, L"d", L"d", IDC_VALUE_DWORD, L"abc", IDOK, "Entered value is invalid 10030"},
-        {IDM_VALUE_EDIT, L"d", L"d", IDC_VALUE_DWORD, L"abc", IDC_BASE_HEX, "Entered value is invalid 10030"},
-        {IDM_NEW_CUSTOM, nullptr, L"n", IDC_CUSTOM_TYPE, L"10000", IDOK, "Entered value is invalid 10030"},
-        {IDM_NEW_STRING, nullptr, L"S", IDC_VALUE_STRING, L"x", IDOK, "Value with this name already exists 10030"},
-        {IDM_NEW_STRING, nullptr, L"fails", IDC_VALUE_STRING, L"x", IDOK, "Unable to write value 10030"},
-        {IDM_NEW_BINARY, nullptr, L"n", IDC_VALUE_NAME, L"n", IDC_HEX_EDIT, "Invalid data 10030"},
+        {IDM_VALUE_EDIT, L"d", L"d", IDC_VALUE_DWORD, L"abc", IDOK, "Entered value is invalid"},
+        {IDM_VALUE_EDIT, L"d", L"d", IDC_VALUE_DWORD, L"abc", IDC_BASE_HEX, "Entered value is invalid"},
+        {IDM_NEW_CUSTOM, nullptr, L"n", IDC_CUSTOM_TYPE, L"10000", IDOK, "Entered value is invalid"},
+        {IDM_NEW_STRING, nullptr, L"S", IDC_VALUE_STRING, L"x", IDOK, "Value with this name already exists"},
+        {IDM_NEW_STRING, nullptr, L"fails", IDC_VALUE_STRING, L"x", IDOK, "Unable to write value"},
+        {IDM_NEW_BINARY, nullptr, L"n", IDC_VALUE_NAME, L"n", IDC_HEX_EDIT, "Invalid data"},
     };
     m_faults.FailValueWrite(L"fails");
     for (const auto& test : cases) {
         SCOPED_TRACE(test.outcome);
-        m_shown.clear();
+        m_messages.clear();
         const std::string before = Dump();
-        Open(test.selected);
+        OpenAt(test.selected);
         bool stayedOpen = false;
-        Run(test.command, {[&] {
-                if (test.selected == nullptr)
-                    SetWindowTextW(Item(IDC_VALUE_NAME), test.name);
-                if (test.field == IDC_HEX_EDIT) {
-                    for (LPCWSTR c = test.typed; *c != 0; ++c)
-                        SendMessageW(Item(IDC_HEX_EDIT), WM_CHAR, *c, 0);
-                } else {
-                    SetWindowTextW(Item(test.field), test.typed);
-                }
-                if (test.click == IDC_BASE_HEX) {
-                    SendMessageW(Item(test.click), BM_CLICK, 0, 0);
-                } else if (test.click == IDC_HEX_EDIT) {
-                    PutClipboardText(Dialog(), L"no hex");
-                    SendMessageW(Item(IDC_HEX_EDIT), WM_COMMAND, CHexEditCtrl::kCmdPasteHex, 0);
-                } else {
-                    SendMessageW(Dialog(), WM_COMMAND, IDOK, 0);
-                }
-            },
-                            [&] {
-                                stayedOpen = Dialog() != nullptr;
-                                if (stayedOpen) {
-                                    EXPECT_EQ(Text(IDC_VALUE_NAME), test.name);
-                                    EXPECT_EQ(Text(test.field), test.typed);
-                                    EXPECT_EQ(IsDlgButtonChecked(Dialog(), IDC_BASE_HEX), 0u);
-                                    EXPECT_EQ(GetFocus() == Item(IDC_HEX_EDIT), test.click == IDC_HEX_EDIT);
-                                }
-                            }});
+        const auto type = [&](HWND dialog) {
+            const HWND field = GetDlgItem(dialog, test.field);
+            if (test.selected == nullptr)
+                SetDlgItemTextW(dialog, IDC_VALUE_NAME, test.name);
+            for (LPCWSTR c = test.typed; test.field == IDC_HEX_EDIT && *c != 0; ++c)
+                SendMessageW(field, WM_CHAR, *c, 0);
+            if (test.field != IDC_HEX_EDIT)
+                SetWindowTextW(field, test.typed);
+            if (test.click == IDC_BASE_HEX) {
+                SendDlgItemMessageW(dialog, test.click, BM_CLICK, 0, 0);
+            } else if (test.click == IDC_HEX_EDIT) {
+                PutClipboardText(dialog, L"no hex");
+                SendDlgItemMessageW(dialog, IDC_HEX_EDIT, WM_COMMAND, CHexEditCtrl::kCmdPasteHex, 0);
+            } else {
+                SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+            }
+        };
+        const auto stillOpen = [&](HWND dialog) {
+            stayedOpen = true;
+            EXPECT_EQ(ItemText(dialog, IDC_VALUE_NAME), test.name);
+            EXPECT_EQ(ItemText(dialog, test.field), test.typed);
+            EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_BASE_HEX), 0u);
+            EXPECT_EQ(GetFocus() == GetDlgItem(dialog, IDC_HEX_EDIT), test.click == IDC_HEX_EDIT);
+        };
+        EXPECT_TRUE(Run(test.command, test.selected == nullptr, {type, stillOpen}));
         if (stayedOpen) {
             EXPECT_EQ(Dump(), before);
-            EXPECT_EQ(m_shown, std::vector<CString>{W(test.outcome)});
+            EXPECT_EQ(m_messages, std::vector<std::string>{test.outcome});
+            EXPECT_EQ(m_lastFlags, 0x10030u);
         } else {
             EXPECT_NE(Dump().find(std::string("  ") + test.outcome + "\n"), std::string::npos) << Dump();
             CString selected;
-            EXPECT_TRUE(m_window.GetSelectedValue(selected) && selected == test.name);
-            EXPECT_TRUE(m_shown.empty());
+            EXPECT_TRUE(m_window->GetSelectedValue(selected) && selected == test.name);
+            EXPECT_TRUE(m_messages.empty());
         }
-        DestroyWindow(m_window.GetHwnd());
+        m_window.reset();
     }
 }
 
@@ -180,24 +146,23 @@ TEST_F(EditValueTest, EveryCommandWritesTheBytesTypedOrSaysWhyNot)
 // value under a key deleted meanwhile makes the key again.
 TEST_F(EditValueTest, ValuesGoneOrMisshapenCloseAtOnceAndGoneKeysComeBack)
 {
-    Open(L"short");
-    EXPECT_FALSE(Run(IDM_VALUE_EDIT, {[] {}})) << "three bytes are no DWORD";
-    EXPECT_TRUE(Run(IDM_VALUE_EDIT_BINARY, {[] {}}));
+    OpenAt(L"short");
+    EXPECT_FALSE(Run(IDM_VALUE_EDIT, false, {})) << "three bytes are no DWORD";
+    EXPECT_TRUE(Run(IDM_VALUE_EDIT_BINARY, false, {}));
     CShdRegKey key;
     ASSERT_TRUE(key.Open(HKEY_CURRENT_USER, m_scratch.Path()) && key.DeleteValue(L"short"));
     key.Close();
-    EXPECT_FALSE(Run(IDM_VALUE_EDIT, {[] {}})) << "the value was deleted meanwhile";
-    DestroyWindow(m_window.GetHwnd());
+    EXPECT_FALSE(Run(IDM_VALUE_EDIT, false, {})) << "the value was deleted meanwhile";
 
-    Open(nullptr, L"Sub");
+    OpenAt(nullptr, L"Sub");
     ASSERT_TRUE(DeleteTreeForTests(HKEY_CURRENT_USER, m_scratch.Path() + L"\\Sub"));
-    EXPECT_TRUE(Run(IDM_NEW_DWORD, {[] {
-                        SetWindowTextW(Item(IDC_VALUE_NAME), L"back");
-                        SetWindowTextW(Item(IDC_VALUE_DWORD), L"1");
-                        SendMessageW(Dialog(), WM_COMMAND, IDOK, 0);
+    EXPECT_TRUE(Run(IDM_NEW_DWORD, true, {[](HWND dialog) {
+                        SetDlgItemTextW(dialog, IDC_VALUE_NAME, L"back");
+                        SetDlgItemTextW(dialog, IDC_VALUE_DWORD, L"1");
+                        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
                     }}));
     EXPECT_EQ(Dump(), ".\n  \"d\" 4: 07 00 00 00\n  \"s\" 1: 6f 00 6c 00 64 00 00 00\nSub\n  \"back\" 4: 01 00 00 00\n");
-    EXPECT_TRUE(m_shown.empty());
+    EXPECT_TRUE(m_messages.empty());
 }
 
 }  // namespace

@@ -1,33 +1,25 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include <windows.h>
-
-#include <commctrl.h>
-
-#include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
-#include "framework/Utf8.h"
 #include "platform/Platform.h"
 #include "registry/RegKey.h"
-#include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "search/FloatingToolBar_win.h"
 #include "settings/Settings.h"
+#include "tests/app/MainWndTestSupport.h"
 #include "tests/support/ScratchKey.h"
-#include "tests/support/TestText.h"
-#include "tests/ui/UiTestSupport.h"
 
 namespace {
 
+using Strings = std::vector<std::string>;
+
 // A scratch key with two keys and a value whose names hold the search text
 // and a value whose data holds it.
-class MainWndSearch : public testing::Test {
+class MainWndSearch : public MainWndTest {
 protected:
     MainWndSearch() : m_scratch(TEXT("SearchCommands"))
     {
@@ -41,79 +33,36 @@ protected:
 
     void SetUp() override
     {
-        ASSERT_TRUE(m_window.Create(TestInstance()));
-        PumpMessages();
-        m_hwnd = m_window.GetHwnd();
+        Open();
         m_results = GetDlgItem(m_hwnd, CMainWnd::kFindResultsId);
         m_resultsList = GetDlgItem(m_results, CFindResultsWnd::kListId);
-        ASSERT_NE(m_resultsList, nullptr);
-        m_window.ShowSearchResult(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, false);
+        m_window->ShowSearchResult(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, false);
     }
 
     // Runs "Start..." and, inside the dialog, the steps given the dialog.
     void RunSearchDialog(std::vector<std::function<void(HWND)>> steps)
     {
-        std::vector<std::function<void()>> script;
-        for (auto& step : steps)
-            script.push_back([step] { step(FindWindowW(L"#32770", L"Search")); });
-        CModalScript modal(script);
-        SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_START, 0);
-        EXPECT_TRUE(modal.Finished());
+        EXPECT_TRUE(RunDialog(IDM_SEARCH_START, L"Search", std::move(steps)));
     }
-
-    // The search menu as the main window prepares it: "text" or "(text)"
-    // when disabled, one per item.
-    std::vector<std::string> SearchMenu(std::vector<UINT> commands = {IDM_SEARCH_START, IDM_SEARCH_FIND_NEXT,
-                                                                      IDM_SEARCH_PAUSE, IDM_SEARCH_STOP,
-                                                                      IDM_SEARCH_SHOW_RESULTS})
+    void FindAll(const char* text)
     {
-        HMENU menu = LoadMenuW(TestInstance(), MAKEINTRESOURCEW(IDR_MAIN_MENU_OLD));
-        HMENU popup = GetSubMenu(menu, 0);
-        SendMessageW(m_hwnd, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
-        std::vector<std::string> items;
-        for (const UINT command : commands) {
-            WCHAR text[64] = {};
-            GetMenuStringW(popup, command, text, 64, MF_BYCOMMAND);
-            const bool grayed = (GetMenuState(popup, command, MF_BYCOMMAND) & MF_GRAYED) != 0;
-            items.push_back(grayed ? "(" + ToUtf8(CString(text)) + ")" : ToUtf8(CString(text)));
-        }
-        DestroyMenu(menu);
-        return items;
+        RunSearchDialog({[text](HWND dialog) {
+            SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, W(text));
+            SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
+        }});
     }
-
-    // Where the main window stands: "HKCU\...\key" or "...\key|value",
-    // relative to the scratch key, whatever the root.
-    std::string Selection()
+    // The search menu's items, or the given ones.
+    Strings SearchMenu(std::vector<UINT> commands = {IDM_SEARCH_START, IDM_SEARCH_FIND_NEXT, IDM_SEARCH_PAUSE,
+                                                     IDM_SEARCH_STOP, IDM_SEARCH_SHOW_RESULTS})
     {
-        HKEY root = nullptr;
-        CString path;
-        CString value;
-        m_window.GetSelectedKey(root, path);
-        std::string text = ToUtf8(CString(RootShortName(root))) + "\\";
-        const int at = path.Find(TEXT("SearchCommands"));
-        text += at < 0 ? ToUtf8(path) : ToUtf8(path.Mid(static_cast<size_t>(at) + 15));
-        if (m_window.GetSelectedValue(value))
-            text += "|" + ToUtf8(value);
-        return text;
+        return Menu(IDR_MAIN_MENU_OLD, commands);
     }
-
-    // Pumps until `done` holds, for at most thirty seconds.
-    void PumpUntil(const std::function<bool()>& done)
+    std::string Status() const { return ToUtf8(ItemText(m_hwnd, CMainWnd::kKeyNameId)); }
+    Strings ListTexts() const
     {
-        for (int wait = 0; wait < 3000 && !done(); ++wait) {
-            Sleep(10);
-            PumpMessages();
-        }
-    }
-
-    std::vector<std::string> ListTexts()
-    {
-        std::vector<std::string> texts;
-        for (int i = 0; i < ListView_GetItemCount(m_resultsList); ++i) {
-            WCHAR text[300] = {};
-            ListView_GetItemText(m_resultsList, i, 0, text, 300);
-            texts.push_back(ToUtf8(CString(text)));
-        }
+        Strings texts;
+        for (const CString& row : ListRows(m_resultsList))
+            texts.push_back(ToUtf8(row));
         return texts;
     }
 
@@ -126,15 +75,8 @@ protected:
     }
 
     CScratchKey m_scratch;
-    CMainWnd m_window;
-    HWND m_hwnd = nullptr;
     HWND m_results = nullptr;
     HWND m_resultsList = nullptr;
-    std::vector<std::string> m_messages;
-    CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
-        m_messages.push_back(ToUtf8(CString(text)));
-        return IDOK;
-    }};
 };
 
 TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEveryMatch)
@@ -153,8 +95,8 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
                          SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
                      },
                      [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
-    EXPECT_EQ(m_messages, (std::vector<std::string>{"Search string can't be empty.",
-                                                  "You should specify at least one item type to search for."}));
+    EXPECT_EQ(m_messages,
+              (Strings{"Search string can't be empty.", "You should specify at least one item type to search for."}));
     EXPECT_TRUE(Settings().GetSearchParams().searchString.IsEmpty()) << "Cancel keeps the saved criteria";
 
     RunSearchDialog({[](HWND dialog) {
@@ -163,30 +105,30 @@ TEST_F(MainWndSearch, DialogShowsSavesAndChecksTheCriteriaThenFindNextVisitsEver
     }});
     EXPECT_EQ(Settings().GetSearchParams().searchString, W("qzfind")) << "OK saves them";
     RunSearchDialog({[](HWND dialog) {
-        EXPECT_EQ(CShdWnd::GetWindowTextOr(GetDlgItem(dialog, IDC_SEARCH_TEXT), L""), W("qzfind"));
+        EXPECT_EQ(ItemText(dialog, IDC_SEARCH_TEXT), W("qzfind"));
         SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     }});
 
     // The first step ran from the dialog; the others from "Find Next", once
     // through HKEY_CURRENT_USER and once through its copy under HKEY_USERS,
     // until nothing is left.
-    std::vector<std::string> visited = {Selection()};
+    Strings visited = {Selection(L"SearchCommands\\")};
     m_messages.clear();
     for (int step = 0; step < 12 && m_messages.empty(); ++step) {
         SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_FIND_NEXT, 0);
         PumpMessages();
         if (m_messages.empty())
-            visited.push_back(Selection());
+            visited.push_back(Selection(L"SearchCommands\\"));
     }
-    const std::vector<std::string> once = {"\\a qzfind", "\\a qzfind|qzfind value", "\\b|data", "\\b\\qzfind c"};
-    std::vector<std::string> expected;
+    const Strings once = {"\\a qzfind", "\\a qzfind|qzfind value", "\\b|data", "\\b\\qzfind c"};
+    Strings expected;
     for (const char* root : {"HKCU", "HKU"})
         for (const std::string& match : once)
             expected.push_back(root + match);
     EXPECT_EQ(visited, expected);
-    EXPECT_EQ(m_messages, std::vector<std::string>{"Search finished."});
-    EXPECT_EQ(SearchMenu(), (std::vector<std::string>{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)",
-                                                      "(Show Search Results)"}));
+    EXPECT_EQ(m_messages, Strings{"Search finished."});
+    EXPECT_EQ(SearchMenu(),
+              (Strings{"Start...", "(Find Next)", "(Pause Search)", "(Stop Search)", "(Show Search Results)"}));
 }
 
 TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
@@ -195,9 +137,9 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     const struct {
         const char* text;
         UINT command;
-        std::vector<std::string> menu;
+        Strings menu;
         const char* status;
-        std::vector<std::string> items;
+        Strings items;
     } cases[] = {
         {"zqnothing", 0, {"(Start...)", "(Find Next)", "Pause Search", "Stop Search", "Show Main Window"},
          "Search finished", {"< Nothing was found >"}},
@@ -209,10 +151,7 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.text);
-        RunSearchDialog({[&](HWND dialog) {
-            SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, W(item.text));
-            SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
-        }});
+        FindAll(item.text);
         EXPECT_EQ(ListTexts().at(0), "< Cancel search >");
         // Paused with matches in the list.
         if (item.command == IDM_SEARCH_PAUSE)
@@ -221,18 +160,18 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
             SendMessageW(m_hwnd, WM_COMMAND, item.command, 0);
         EXPECT_EQ(SearchMenu(), item.menu);
         if (item.command == IDM_SEARCH_PAUSE) {
-            const std::vector<std::string> paused = ListTexts();
+            const Strings paused = ListTexts();
             Sleep(300);
             PumpMessages();
             EXPECT_EQ(ListTexts(), paused) << "nothing is added while paused";
             SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_PAUSE, 0);
         }
         PumpUntil([this] { return SearchMenu()[0] == "Start..."; });
-        EXPECT_EQ(ToUtf8(CShdWnd::GetWindowTextOr(GetDlgItem(m_hwnd, CMainWnd::kKeyNameId), L"")), item.status);
+        EXPECT_EQ(Status(), item.status);
         if (item.command == IDM_SEARCH_STOP)
             continue;
         // The copy of HKEY_CURRENT_USER under HKEY_USERS comes second.
-        std::vector<std::string> items = ListTexts();
+        Strings items = ListTexts();
         items.resize(std::min(items.size(), item.items.size()));
         EXPECT_EQ(items, item.items);
     }
@@ -243,9 +182,9 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS_KEY, 0);
     EXPECT_TRUE(IsWindowVisible(m_results));
     Activate(1);
-    EXPECT_EQ(Selection(), "HKCU\\a qzfind|qzfind value");
+    EXPECT_EQ(Selection(L"SearchCommands\\"), "HKCU\\a qzfind|qzfind value");
     EXPECT_FALSE(IsWindowVisible(m_results));
-    EXPECT_EQ(GetFocus(), GetDlgItem(m_hwnd, CMainWnd::kListId));
+    EXPECT_EQ(GetFocus(), m_list);
 
     CShdRegKey key;
     ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("b")));
@@ -254,8 +193,7 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_SHOW_RESULTS, 0);
     Activate(2);
     Activate(3);
-    EXPECT_EQ(m_messages, (std::vector<std::string>{"Unable to show found registry value.",
-                                                  "Unable to show found registry key."}));
+    EXPECT_EQ(m_messages, (Strings{"Unable to show found registry value.", "Unable to show found registry key."}));
 }
 
 // The toolbar of the main window: what its first two buttons show ("4+":
@@ -271,14 +209,6 @@ protected:
         m_toolBar = static_cast<CFloatingToolBar*>(reinterpret_cast<CShdWnd*>(GetWindowLongPtrW(m_toolBarWindow, 0)));
     }
     void TearDown() override { Settings().SetShowSearchToolbar(true); }
-
-    void StartFindAll()
-    {
-        RunSearchDialog({[](HWND dialog) {
-            SetDlgItemTextW(dialog, IDC_SEARCH_TEXT, L"qzfind");
-            SendMessageW(dialog, WM_COMMAND, IDM_SEARCH_DIALOG_FIND_ALL, 0);
-        }});
-    }
 
     std::string Buttons() const
     {
@@ -300,14 +230,6 @@ protected:
         PenStroke(from, {from.x + dx, from.y + dy});
     }
 
-    RECT ToolBarRect() const
-    {
-        RECT rect;
-        GetWindowRect(m_toolBarWindow, &rect);
-        MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&rect), 2);
-        return rect;
-    }
-
     HWND m_toolBarWindow = nullptr;
     CFloatingToolBar* m_toolBar = nullptr;
 };
@@ -315,14 +237,14 @@ protected:
 TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
 {
     Settings().SetShowSearchToolbar(false);
-    StartFindAll();
+    FindAll("qzfind");
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
     EXPECT_FALSE(IsWindowVisible(m_toolBarWindow)) << "not allowed";
-    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"(Show Search Toolbar)"});
+    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), Strings{"(Show Search Toolbar)"});
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_STOP, 0);
 
     Settings().SetShowSearchToolbar(true);
-    StartFindAll();
+    FindAll("qzfind");
     EXPECT_EQ(Buttons(), "4+ 2+");
     // A stroke that ends 60 pixels above its button is no tap; nor is one
     // on a disabled button.
@@ -344,19 +266,18 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
         Stroke(36 + 20 * stroke.button, 0, stroke.dy);
         EXPECT_EQ(Buttons(), stroke.buttons);
         // The key name bar shows the search's state while the results do.
-        const CString status = CShdWnd::GetWindowTextOr(GetDlgItem(m_hwnd, CMainWnd::kKeyNameId), L"");
-        EXPECT_TRUE(stroke.status == nullptr || ToUtf8(status) == stroke.status) << ToUtf8(status);
+        EXPECT_TRUE(stroke.status == nullptr || Status() == stroke.status) << Status();
         EXPECT_EQ(IsWindowVisible(m_results) != FALSE, stroke.resultsShown);
         EXPECT_EQ(IsWindowVisible(m_toolBarWindow) != FALSE, stroke.toolBarShown);
     }
-    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"Show Search Toolbar"});
+    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), Strings{"Show Search Toolbar"});
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_TOOLBAR, 0);
-    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), std::vector<std::string>{"Hide Search Toolbar"});
+    EXPECT_EQ(SearchMenu({IDM_SEARCH_TOOLBAR}), Strings{"Hide Search Toolbar"});
 }
 
 TEST_F(MainWndToolBar, ItsGripDragsItFlushWithEachEdgeAlsoAfterTheWindowShrinks)
 {
-    StartFindAll();
+    FindAll("qzfind");
     SendMessageW(m_hwnd, WM_COMMAND, IDM_SEARCH_STOP, 0);
     const struct {
         int dx;
@@ -371,11 +292,11 @@ TEST_F(MainWndToolBar, ItsGripDragsItFlushWithEachEdgeAlsoAfterTheWindowShrinks)
         GetClientRect(m_hwnd, &client);
         for (const auto& drag : drags) {
             SCOPED_TRACE(testing::Message() << drag.dx << ", " << drag.dy << (shrunk ? " after shrinking" : ""));
-            const RECT before = ToolBarRect();
+            const RECT before = ChildRect(m_toolBarWindow);
             EXPECT_TRUE(before.left >= 0 && before.top >= 0 && before.right <= client.right &&
                         before.bottom <= client.bottom);
             Stroke(12, drag.dx, drag.dy);
-            const RECT after = ToolBarRect();
+            const RECT after = ChildRect(m_toolBarWindow);
             if (drag.edge != nullptr)
                 EXPECT_EQ(after.*drag.edge, client.*drag.edge);
             else

@@ -1,156 +1,52 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <map>
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <windows.h>
-
-#include <commctrl.h>
-
-#include "app/MainWnd_win.h"
 #include "framework/DpiScale.h"
-#include "framework/HandheldShell_win.h"
-#include "framework/MessageBox.h"
-#include "platform/FaultInjectingPlatform.h"
+#include "framework/WindowHelpers.h"
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
-#include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/ProgramKeys.h"
 #include "settings/Settings.h"
+#include "tests/app/MainWndTestSupport.h"
 #include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
-#include "tests/support/TestText.h"
-#include "tests/ui/FileDialogTestSupport.h"
-#include "tests/ui/UiTestSupport.h"
 
 namespace {
 
-CString ItemText(HWND dialog, int id)
+using Messages = std::vector<std::string>;
+
+// Gives the window a client area `height` high: true when it then shows
+// `second` below `first`, false when beside it.
+bool StackedAt(HWND window, int height, HWND first, HWND second)
 {
-    return CShdWnd::GetWindowTextOr(GetDlgItem(dialog, id), L"");
+    RECT frame;
+    RECT client;
+    GetWindowRect(window, &frame);
+    GetClientRect(window, &client);
+    SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left, height + (frame.bottom - frame.top) - client.bottom,
+                 SWP_NOZORDER | SWP_NOMOVE);
+    const bool below = ChildRect(second).top > ChildRect(first).top;
+    EXPECT_NE(below, ChildRect(second).left > ChildRect(first).left) << height;
+    return below;
 }
 
-// An interactive main window made in the test's own thread, with the
-// program's resources from the test's module.
-class MainWnd : public testing::Test {
+class MainWnd : public MainWndTest {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(m_window.Create(TestInstance()));
-        PumpMessages();
-        m_hwnd = m_window.GetHwnd();
-        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
-        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
+        Open();
         m_splitter = GetDlgItem(m_hwnd, CMainWnd::kSplitterId);
-        ASSERT_NE(m_tree, nullptr);
-        ASSERT_NE(m_list, nullptr);
-        ASSERT_NE(m_splitter, nullptr);
     }
+    // The "Key" pop-up's New and Rename items.
+    std::vector<std::string> KeyItems() const { return Menu(IDR_KEY_CONTEXT, {IDM_KEY_NEW, IDM_KEY_RENAME}); }
 
-    void Command(UINT command)
-    {
-        SendMessageW(m_hwnd, WM_COMMAND, command, 0);
-        PumpMessages();
-    }
-
-    void SelectRoot(int index)
-    {
-        HTREEITEM item = TreeView_GetChild(m_tree, TreeView_GetRoot(m_tree));
-        for (int i = 0; i < index; ++i)
-            item = TreeView_GetNextSibling(m_tree, item);
-        TreeView_SelectItem(m_tree, item);
-        PumpMessages();
-    }
-
-    // Expands the tree down to a key below HKEY_CURRENT_USER and selects it.
-    void SelectUserKey(const CString& path)
-    {
-        Command(IDM_REGISTRY_REFRESH);
-        SelectRoot(1);
-        CString rest = path;
-        while (!rest.IsEmpty()) {
-            const int slash = rest.Find(L'\\');
-            const CString name = slash < 0 ? rest : rest.Left(slash);
-            rest = slash < 0 ? CString() : rest.Mid(slash + 1);
-            HTREEITEM item = TreeView_GetSelection(m_tree);
-            TreeView_Expand(m_tree, item, TVE_EXPAND);
-            for (item = TreeView_GetChild(m_tree, item); item != nullptr; item = TreeView_GetNextSibling(m_tree, item)) {
-                WCHAR label[260] = {};
-                TVITEMW data = {};
-                data.mask = TVIF_TEXT;
-                data.hItem = item;
-                data.pszText = label;
-                data.cchTextMax = 260;
-                TreeView_GetItem(m_tree, &data);
-                if (name == label)
-                    break;
-            }
-            ASSERT_NE(item, nullptr) << ToUtf8(name);
-            TreeView_SelectItem(m_tree, item);
-        }
-        PumpMessages();
-    }
-
-    // Runs a command that opens the dialog `caption`, with the steps run
-    // inside its loop; whatever the steps leave open is cancelled.
-    void RunDialog(UINT command, LPCWSTR caption, std::vector<std::function<void(HWND)>> steps)
-    {
-        bool opened = false;
-        std::vector<std::function<void()>> wrapped;
-        for (auto& step : steps) {
-            wrapped.push_back([caption, step, &opened] {
-                if (const HWND dialog = FindDialog(caption)) {
-                    opened = true;
-                    step(dialog);
-                }
-            });
-        }
-        wrapped.push_back([caption] {
-            if (const HWND dialog = FindDialog(caption))
-                SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        });
-        CModalScript script(std::move(wrapped));
-        Command(command);
-        EXPECT_TRUE(opened) << ToUtf8(caption) << " did not open";
-    }
-
-    RECT ChildRect(HWND child) const
-    {
-        RECT rect;
-        GetWindowRect(child, &rect);
-        MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
-        return rect;
-    }
-
-    // The enabled state of each item of the "Key" pop-up after the main
-    // window has prepared it.
-    bool KeyItemEnabled(UINT command)
-    {
-        HMENU menu = LoadMenuW(TestInstance(), MAKEINTRESOURCEW(IDR_KEY_CONTEXT));
-        HMENU popup = GetSubMenu(menu, 0);
-        SendMessageW(m_hwnd, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
-        const UINT state = GetMenuState(popup, command, MF_BYCOMMAND);
-        DestroyMenu(menu);
-        return (state & MF_GRAYED) == 0;
-    }
-
-    CMainWnd m_window;
-    std::vector<CString> m_messages;
-    CScopedMessageAnswerer m_answerer{[this](HWND, LPCWSTR text, UINT) {
-        m_messages.push_back(text);
-        return IDOK;
-    }};
-    HWND m_hwnd = nullptr;
-    HWND m_tree = nullptr;
-    HWND m_list = nullptr;
     HWND m_splitter = nullptr;
 };
 
@@ -171,42 +67,19 @@ TEST_F(MainWnd, TabCyclesTheFocusThroughTreeSplitterAndList)
 
 TEST_F(MainWnd, KeyCommandsFollowTheTreeSelection)
 {
-    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_NEW)) << "the top item is no key";
-    SelectRoot(2);
-    EXPECT_TRUE(KeyItemEnabled(IDM_KEY_NEW));
-    EXPECT_FALSE(KeyItemEnabled(IDM_KEY_RENAME)) << "a root key cannot be renamed";
+    EXPECT_EQ(KeyItems(), (std::vector<std::string>{"(New...)", "(Rename)"})) << "the top item is no key";
+    SelectKey(HKEY_LOCAL_MACHINE, L"");
+    EXPECT_EQ(KeyItems(), (std::vector<std::string>{"New...", "(Rename)"})) << "a root key cannot be renamed";
 
     Command(IDM_KEY_COPY_NAME);
-    ASSERT_TRUE(OpenClipboard(m_hwnd));
-    const HANDLE copied = GetClipboardDataAlloc(CF_UNICODETEXT);
-    CloseClipboard();
-    ASSERT_NE(copied, nullptr);
-    EXPECT_EQ(CString(static_cast<LPCWSTR>(copied)), W("HKEY_LOCAL_MACHINE"));
-    LocalFree(copied);
+    CString copied;
+    EXPECT_TRUE(ReadClipboardText(m_hwnd, copied) && copied == W("HKEY_LOCAL_MACHINE"));
     EXPECT_EQ(GetFocus(), m_tree) << "the focus goes back";
 }
 
-TEST_F(MainWnd, ShortWindowsPutThePanesSideBySide)
-{
-    const int threshold = ScaleY(180);
-    RECT window;
-    RECT client;
-    GetWindowRect(m_hwnd, &window);
-    GetClientRect(m_hwnd, &client);
-    const int frame = (window.bottom - window.top) - client.bottom;
-    for (const int height : {threshold, threshold - 1}) {
-        SCOPED_TRACE(height);
-        SetWindowPos(m_hwnd, nullptr, 0, 0, window.right - window.left, height + frame, SWP_NOZORDER | SWP_NOMOVE);
-        PumpMessages();
-        const RECT tree = ChildRect(m_tree);
-        const RECT list = ChildRect(m_list);
-        const bool stacked = height >= threshold;
-        EXPECT_EQ(list.top > tree.top, stacked);
-        EXPECT_EQ(list.left > tree.left, !stacked);
-    }
-}
-
-TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
+// Arrow keys on the splitter move the split; short windows put the panes
+// side by side.
+TEST_F(MainWnd, TheSplitFollowsTheArrowKeysAndTheWindowsHeight)
 {
     const int before = ChildRect(m_tree).bottom;
     SetFocus(m_splitter);
@@ -217,20 +90,20 @@ TEST_F(MainWnd, ArrowKeysOnTheSplitterMoveTheSplit)
     PumpMessages();
     EXPECT_EQ(ChildRect(m_tree).bottom, before + ScaleY(5)) << "a horizontal bar ignores Left and Right";
     EXPECT_EQ(ChildRect(m_splitter).top, before + ScaleY(5));
+    EXPECT_TRUE(StackedAt(m_hwnd, ScaleY(180), m_tree, m_list));
+    EXPECT_FALSE(StackedAt(m_hwnd, ScaleY(180) - 1, m_tree, m_list));
 }
 
 // Every refusal leaves the dialog open with what was typed; a created key
 // carries its class and is selected in the tree, and Properties shows both.
 TEST_F(MainWnd, NewKeyAndKeyProperties)
 {
-    CFaultInjectingPlatform faults;
-    CScopedPlatform scoped(faults);
-    faults.FailOpen(L"Refused");
+    m_faults.FailOpen(L"Refused");
     CScratchKey scratch(L"NewKey");
     CShdRegKey existing;
     ASSERT_TRUE(existing.Create(scratch.Handle(), L"Existing", nullptr));
     existing.Close(false);
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     const struct {
         const char* name;
         const char* message;
@@ -247,64 +120,52 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
         SetFocus(GetDlgItem(dialog, IDC_KEY_CLASS));
         SendMessageW(dialog, WM_COMMAND, IDOK, 0);
     };
-    auto checkLayout = [this](HWND dialog) {
-        for (const int height : {ScaleY(180), ScaleY(180) - 1}) {
-            RECT frame;
-            RECT client;
-            GetWindowRect(dialog, &frame);
-            GetClientRect(dialog, &client);
-            SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left,
-                         height + (frame.bottom - frame.top) - client.bottom, SWP_NOZORDER | SWP_NOMOVE);
-            const RECT name = ChildRect(GetDlgItem(dialog, IDC_KEY_NAME));
-            const RECT keyClass = ChildRect(GetDlgItem(dialog, IDC_KEY_CLASS));
-            EXPECT_EQ(keyClass.top > name.top, height == ScaleY(180)) << height;
-            EXPECT_EQ(keyClass.left > name.left, height < ScaleY(180)) << height;
-        }
-    };
-    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
         EXPECT_EQ(ItemText(dialog, IDC_PARENT_KEY),
                   L"HKEY_CURRENT_USER\\" + scratch.Path());
-        checkLayout(dialog);
+        const HWND name = GetDlgItem(dialog, IDC_KEY_NAME);
+        EXPECT_TRUE(StackedAt(dialog, ScaleY(180), name, GetDlgItem(dialog, IDC_KEY_CLASS)));
+        EXPECT_FALSE(StackedAt(dialog, ScaleY(180) - 1, name, GetDlgItem(dialog, IDC_KEY_CLASS)));
         for (const auto& refusal : refusals) {
             SCOPED_TRACE(refusal.name);
             m_messages.clear();
             type(dialog, refusal.name, "typed");
-            EXPECT_EQ(m_messages, std::vector<CString>{W(refusal.message)});
+            EXPECT_EQ(m_messages, Messages{refusal.message});
             EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), W(refusal.name));
             EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), W("typed"));
             EXPECT_EQ(GetFocus() == GetDlgItem(dialog, IDC_KEY_NAME), refusal.focusOnName);
         }
         EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, scratch.Path()), ".\n" "Existing\n");
         type(dialog, "New", "Klasse");
-    }});
+    }}));
     HKEY root = nullptr;
     CString selected;
-    EXPECT_TRUE(m_window.GetSelectedKey(root, selected));
+    EXPECT_TRUE(m_window->GetSelectedKey(root, selected));
     EXPECT_EQ(selected, scratch.Path() + L"\\New");
     CShdRegKey created;
     CString storedClass;
     EXPECT_TRUE(created.Open(scratch.Handle(), L"New") && created.GetClass(storedClass));
     created.Close(false);
     EXPECT_EQ(storedClass, L"Klasse");
-    RunDialog(IDM_KEY_PROPERTIES, L"Key Properties", {[&](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_KEY_PROPERTIES, L"Key Properties", {[&](HWND dialog) {
         EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"HKEY_CURRENT_USER\\" + selected);
         EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), L"Klasse");
         SendMessageW(dialog, WM_COMMAND, IDM_CLOSE, 0);
-    }});
+    }}));
 
     // Keys deleted behind the program's back.
     DeleteTreeForTests(scratch.Handle(), L"New");
     m_messages.clear();
     Command(IDM_KEY_PROPERTIES);
-    EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open registry key."});
-    SelectUserKey(scratch.Path());
-    RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
+    EXPECT_EQ(m_messages, Messages{"Unable to open registry key."});
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
+    EXPECT_TRUE(RunDialog(IDM_KEY_NEW, L"Edit Key", {[&](HWND dialog) {
         DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
         m_messages.clear();
         type(dialog, "Late", "");
-        EXPECT_EQ(m_messages, std::vector<CString>{L"Unable to open parent key"});
+        EXPECT_EQ(m_messages, Messages{"Unable to open parent key"});
         EXPECT_EQ(ItemText(dialog, IDC_KEY_NAME), L"Late");
-    }});
+    }}));
 }
 
 // Bookmarks added from the main window and kept in the dialog: each step
@@ -317,10 +178,10 @@ TEST_F(MainWnd, Bookmarks)
     CString lower = marks;
     lower.MakeLower();
     auto stored = [] { return DescribeTree(HKEY_LOCAL_MACHINE, kBookmarksKeyPath); };
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     Command(IDM_KEY_ADD_BOOKMARK);
     Command(IDM_KEY_ADD_BOOKMARK);
-    EXPECT_EQ(m_messages, (std::vector<CString>{L"Bookmark was successfully added.", L"This bookmark already exists."}));
+    EXPECT_EQ(m_messages, (Messages{"Bookmark was successfully added.", "This bookmark already exists."}));
     EXPECT_EQ(GetFocus(), m_tree);
     EXPECT_EQ(stored(), "[count]=#1\n[item_0]=" + ToUtf8(marks) + "\n");
 
@@ -332,7 +193,7 @@ TEST_F(MainWnd, Bookmarks)
             m_messages.clear();
             SetDlgItemTextW(edit, IDC_BOOKMARK_LOCATION, text);
             SendMessageW(edit, WM_COMMAND, IDOK, 0);
-            EXPECT_EQ(m_messages.empty() ? "" : ToUtf8(m_messages[0]), message) << ToUtf8(text);
+            EXPECT_EQ(m_messages.empty() ? "" : m_messages[0], message) << ToUtf8(text);
         };
     };
     std::vector<std::function<void(HWND)>> steps = {command(IDM_BOOKMARK_ADD)};
@@ -341,7 +202,7 @@ TEST_F(MainWnd, Bookmarks)
     for (const auto& step : std::vector<std::function<void(HWND)>>{
              type(lower, ""),
              [&](HWND dialog) {
-                 EXPECT_EQ(m_messages, std::vector<CString>{L"This bookmark already exists."});
+                 EXPECT_EQ(m_messages, Messages{"This bookmark already exists."});
                  EXPECT_EQ(rows(dialog).size(), 1u);
              },
              command(IDM_BOOKMARK_EDIT), type(lower, ""), command(IDM_BOOKMARK_ADD), type(L"HKCU\\Software", ""),
@@ -354,74 +215,44 @@ TEST_F(MainWnd, Bookmarks)
                  SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_OPEN, 0);
              }})
         steps.push_back(step);
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps);
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", steps));
     HKEY root = nullptr;
     CString path;
-    EXPECT_TRUE(m_window.GetSelectedKey(root, path));
+    EXPECT_TRUE(m_window->GetSelectedKey(root, path));
     EXPECT_EQ(path, L"Software") << "a short root name opens";
     EXPECT_EQ(stored(), "[count]=#2\n[item_0]=" + ToUtf8(lower) + "\n[item_1]=HKCU\\Software\n");
 
     // The same key in another case; then gone since it was bookmarked; then
     // every item deleted.
-    SelectUserKey(scratch.Path());
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
     m_messages.clear();
     Command(IDM_KEY_ADD_BOOKMARK);
     DeleteTreeForTests(HKEY_CURRENT_USER, scratch.Path());
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
         // One tap on the first row opens it.
         const HWND list = GetDlgItem(dialog, IDC_BOOKMARK_LIST);
         RECT row = {LVIR_LABEL, 0, 0, 0};
         SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
         SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(row.left + 4, row.top + 2));
         SendMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(row.left + 4, row.top + 2));
-    }});
-    EXPECT_EQ(m_messages, (std::vector<CString>{L"This bookmark already exists.", L"Unable to show registry key."}));
-    RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)});
+    }}));
+    EXPECT_EQ(m_messages, (Messages{"This bookmark already exists.", "Unable to show registry key."}));
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", {command(IDM_BOOKMARK_DELETE), command(IDM_BOOKMARK_DELETE)}));
     EXPECT_EQ(stored(), "[count]=#0\n");
 }
 
-}  // namespace
-
-namespace {
-
-// The last position comes back at the next start and is taken again when
-// the window goes. The settings are kept from the registry here (their key
-// cannot be opened), so only the in-memory store changes.
-TEST(MainWndPosition, LastPositionIsRestoredAtStartAndSavedAtExit)
+// The position is taken when the window goes. The settings are kept from
+// the registry here (their key cannot be opened), so only the in-memory
+// store changes. Its restoring at start opens the value editor's tests.
+TEST_F(MainWndTest, TheLastPositionIsSavedAtExit)
 {
-    CFaultInjectingPlatform faults;
-    CScopedPlatform scoped(faults);
-    faults.FailOpen(TEXT("Settings"));
+    m_faults.FailOpen(TEXT("Settings"));
     CScratchKey scratch(TEXT("Position"));
-    const CString path = scratch.Path() + TEXT("\\Deeper");
-    CShdRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, path, nullptr));
-    ASSERT_TRUE(key.WriteDword(TEXT("a"), 1));
-    ASSERT_TRUE(key.WriteDword(TEXT("b"), 2));
-    key.Close();
     Settings().SetSavePosition(true);
-    Settings().SetLastPosition(kRootCurrentUser, path, TEXT("b"), true);
-
-    {
-        CMainWnd window;
-        ASSERT_TRUE(window.Create(TestInstance()));
-        PumpMessages();
-        HKEY root = nullptr;
-        CString selected;
-        EXPECT_TRUE(window.GetSelectedKey(root, selected));
-        EXPECT_EQ(root, HKEY_CURRENT_USER);
-        EXPECT_EQ(selected, path);
-        CString value;
-        EXPECT_TRUE(window.GetSelectedValue(value));
-        EXPECT_EQ(value, W("b"));
-
-        // Select the key's parent, then close: that is what is kept.
-        const HWND tree = GetDlgItem(window.GetHwnd(), CMainWnd::kTreeId);
-        TreeView_SelectItem(tree, TreeView_GetParent(tree, TreeView_GetSelection(tree)));
-        PumpMessages();
-        DestroyWindow(window.GetHwnd());
-        PumpMessages();
-    }
+    Settings().SetLastPosition(0, TEXT("x"), TEXT("b"), true);
+    Open();
+    SelectKey(HKEY_CURRENT_USER, scratch.Path());
+    m_window.reset();
     DWORD root = 0;
     CString keyName;
     CString valueName;
@@ -433,10 +264,6 @@ TEST(MainWndPosition, LastPositionIsRestoredAtStartAndSavedAtExit)
     Settings().SetLastPosition(0, TEXT(""), TEXT(""), false);
 }
 
-}  // namespace
-
-namespace {
-
 const char kStart[] = ".\nBar\n  \"Abc\" 4: 09 00 00 00\nFoo (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo\\Sub\n";
 const char kFoo2[] = "Foo (2) (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo (2)\\Sub\n";
 const char kDeleteKey[] = "Are you sure you want to delete this key?";
@@ -446,13 +273,8 @@ const char kOverwrite[] = "Value with this name already exists. Do you want to o
 // in the list, commands sent to the window, renames typed into the label
 // edits, questions answered. Each case runs on a fresh window and scratch key
 // and ends with the scratch key's dump, classes included.
-class MainWndEdits : public testing::Test {
+class MainWndEdits : public MainWndTest {
 protected:
-    MainWndEdits() : m_scoped(m_faults) {}
-
-    // The tree's own object, as the window's pane.
-    CRegTree& Tree() const { return *static_cast<CRegTree*>(CShdWnd::FromHandle(m_tree)); }
-
     void Rename(const std::string& text)
     {
         const HWND pane = GetFocus();
@@ -525,13 +347,7 @@ protected:
         }
     }
 
-    CFaultInjectingPlatform m_faults;
-    CScopedPlatform m_scoped;
     CString m_path;
-    std::unique_ptr<CMainWnd> m_window;
-    HWND m_hwnd = nullptr;
-    HWND m_tree = nullptr;
-    HWND m_list = nullptr;
     int m_answer = IDYES;
 };
 
@@ -612,12 +428,7 @@ TEST_F(MainWndEdits, EachEditSaysWhatItShouldAndLeavesTheRegistryAsItShould)
             messages.push_back(ToUtf8(text));
             return m_answer;
         });
-        m_window.reset(new CMainWnd);
-        ASSERT_TRUE(m_window->Create(TestInstance()));
-        PumpMessages();
-        m_hwnd = m_window->GetHwnd();
-        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
-        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
+        Open();
         for (const std::string& step : item.steps) {
             SCOPED_TRACE(step);
             Run(step);

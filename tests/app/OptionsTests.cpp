@@ -1,17 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "app/MainWnd_win.h"
-#include "framework/MessageBox.h"
-#include "framework/Utf8.h"
 #include "resources/resource.h"
 #include "settings/FileAssociation.h"
 #include "settings/ProgramKeys.h"
 #include "settings/Settings.h"
+#include "tests/app/MainWndTestSupport.h"
 #include "tests/settings/SettingsTestSupport.h"
-#include "tests/support/TestText.h"
-#include "tests/ui/UiTestSupport.h"
 
 namespace {
 
@@ -47,14 +39,12 @@ void SetAssociation(const std::string& state)
 // opens the sheet in one state, flips every box, may find the registry
 // changed behind it (Remove is enabled only while .reg files are ours),
 // presses a button, answers any question and leaves by a soft key.
-TEST(Options, SheetShowsAndStoresTheSettingsAndKeepsTheAssociation)
+TEST_F(MainWndTest, OptionsSheetShowsAndStoresTheSettingsAndKeepsTheAssociation)
 {
     CSavedKey programKey(HKEY_LOCAL_MACHINE, TEXT("SOFTWARE\\Marrowick"), TEXT("SavedProgramKey"));
     CSavedKey extension(HKEY_CLASSES_ROOT, kRegFileExtension, TEXT("SavedExtension"));
     CSavedKey regClass(HKEY_CLASSES_ROOT, kRegFileClass, TEXT("SavedClass"));
-    CMainWnd window;
-    PumpMessages();  // the quit message that an earlier main window left
-    ASSERT_TRUE(window.Create(TestInstance()));
+    Open();
     const std::string noPath = "Internal error. Required registry settings not found.|10010";
     const std::string ask =
         "This file type is already associated with another program. Do you want to proceed anyway?|10024";
@@ -103,7 +93,7 @@ TEST(Options, SheetShowsAndStoresTheSettingsAndKeepsTheAssociation)
                                  EXPECT_TRUE(IsWindowEnabled(GetFocus())) << "the focus left a button gone grey";
                                  TapSoftKey(GetParent(page()), c.softKey, 2);
                              }});
-        SendMessageW(window.GetHwnd(), WM_COMMAND, IDM_OPTIONS, 0);
+        SendMessageW(m_hwnd, WM_COMMAND, IDM_OPTIONS, 0);
         EXPECT_TRUE(script.Finished());
         EXPECT_EQ(DescribeTree(HKEY_LOCAL_MACHINE, kSettingsKeyPath),
                   c.softKey == 0 ? "[DoNotCheckImportHeader]=#0\n[SavePosition]=#1\n[ShowSearchToolbar]=#0\n" : "");
@@ -114,7 +104,7 @@ TEST(Options, SheetShowsAndStoresTheSettingsAndKeepsTheAssociation)
     // while the program runs is still there after it has ended.
     Settings().SetSavePosition(true);
     WriteTestValue(HKEY_LOCAL_MACHINE, kSettingsKeyPath, W("ShowSearchToolbar"), REG_DWORD, Bytes({1, 0, 0, 0}));
-    DestroyWindow(window.GetHwnd());
+    m_window.reset();
     EXPECT_EQ(DescribeTree(HKEY_LOCAL_MACHINE, kSettingsKeyPath),
               "[LastPositionKeyName]=\n[LastPositionRoot]=#0\n[LastPositionValueName]=\n"
               "[LastPositionValueSelected]=#0\n[ShowSearchToolbar]=#1\n");

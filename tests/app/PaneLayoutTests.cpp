@@ -1,26 +1,28 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "app/PaneLayout.h"
 
 namespace {
 
-void ExpectRect(const SPaneRect& rect, int x, int y, int width, int height)
+// "x,y width x height" of each rectangle named.
+std::string Rects(std::initializer_list<SPaneRect> rects)
 {
-    EXPECT_EQ(rect.x, x);
-    EXPECT_EQ(rect.y, y);
-    EXPECT_EQ(rect.width, width);
-    EXPECT_EQ(rect.height, height);
+    std::string text;
+    for (const SPaneRect& rect : rects)
+        text += " " + std::to_string(rect.x) + "," + std::to_string(rect.y) + " " + std::to_string(rect.width) + "x" +
+                std::to_string(rect.height);
+    return text;
 }
 
 TEST(PaneLayout, MetricsScaleWithTheVerticalResolution)
 {
     const SPaneMetrics high = SPaneMetrics::ForDpi(192);
-    EXPECT_EQ(high.stackThreshold, 360);
-    EXPECT_EQ(high.minPaneHeight, 100);
-    EXPECT_EQ(high.minPaneWidth, 200);
-    EXPECT_EQ(high.keyNameHeight, 34);
-    EXPECT_EQ(high.splitterThickness, 12);
-    EXPECT_EQ(SPaneMetrics::ForDpi(96).stackThreshold, 180);
+    const int figures[] = {high.stackThreshold, high.minPaneHeight, high.minPaneWidth, high.keyNameHeight,
+                           high.splitterThickness, SPaneMetrics::ForDpi(96).stackThreshold};
+    EXPECT_EQ(std::vector<int>(std::begin(figures), std::end(figures)), std::vector<int>({360, 100, 200, 34, 12, 180}));
 }
 
 TEST(PaneLayout, StacksFromTheThresholdHeightAndHalvesAFreshSplit)
@@ -29,18 +31,13 @@ TEST(PaneLayout, StacksFromTheThresholdHeightAndHalvesAFreshSplit)
     CPaneSplit split;
     SPaneLayout layout = split.Compute(metrics, 240, 180, false, 0, 0);
     EXPECT_TRUE(layout.stacked);
-    ExpectRect(layout.keyName, 0, 163, 240, 17);
-    ExpectRect(layout.panes, 0, 0, 240, 163);
-    ExpectRect(layout.tree, 0, 0, 240, 81);
-    ExpectRect(layout.splitter, 0, 81, 240, 6);
-    ExpectRect(layout.list, 0, 87, 240, 76);
+    EXPECT_EQ(Rects({layout.keyName, layout.panes, layout.tree, layout.splitter, layout.list}),
+              " 0,163 240x17 0,0 240x163 0,0 240x81 0,81 240x6 0,87 240x76");
 
     split.Reset();
     layout = split.Compute(metrics, 320, 179, false, 0, 0);
     EXPECT_FALSE(layout.stacked);
-    ExpectRect(layout.tree, 0, 0, 160, 162);
-    ExpectRect(layout.splitter, 160, 0, 6, 162);
-    ExpectRect(layout.list, 166, 0, 154, 162);
+    EXPECT_EQ(Rects({layout.tree, layout.splitter, layout.list}), " 0,0 160x162 160,0 6x162 166,0 154x162");
 }
 
 TEST(PaneLayout, ADragIsKeptWithinTheMinimumPaneSizes)

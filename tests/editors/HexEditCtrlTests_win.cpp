@@ -150,11 +150,7 @@ TEST_F(HexEditCtrlTest, StylusDragSelectsPastTheBottomWithAutoScroll)
     Click(WM_LBUTTONDOWN, x, Model().Metrics().marginTop + 1);
     EXPECT_EQ(GetCapture(), Hwnd());
     Click(WM_MOUSEMOVE, x, client.bottom + 5);
-    const DWORD start = GetTickCount();
-    while (Model().Top() < 8 && GetTickCount() - start < 3000) {
-        PumpMessages();
-        Sleep(20);
-    }
+    PumpUntil([this] { return Model().Top() >= 8; }, 10000);
     Click(WM_LBUTTONUP, x, client.bottom + 5);
     EXPECT_GE(Model().Top(), 8u);
     EXPECT_EQ(Model().SelectionMin(), 1u);

@@ -105,7 +105,9 @@ TEST(Dialog, AModalDialogIsDrivenThroughItsSoftKeys)
     EXPECT_FALSE(IsWindow(header));
 }
 
-TEST(Dialog, TheRightSoftKeyCancelsAndTheDialogRunsAgain)
+// The right soft key cancels and the dialog runs again; one that cannot
+// initialise, or has no template, ends at once.
+TEST(Dialog, TheRightSoftKeyCancelsAndTheDialogRunsAgainUntilItCannotStart)
 {
     CTestFrame owner;
     CLocationDialog dialog;
@@ -117,11 +119,6 @@ TEST(Dialog, TheRightSoftKeyCancelsAndTheDialogRunsAgain)
         EXPECT_EQ(dialog.DoModal(TestInstance(), IDD_EDIT_BOOKMARK, owner.GetHwnd(), 0), CShdDialog::kResultCancel);
         EXPECT_TRUE(script.Finished());
     }
-}
-
-TEST(Dialog, ADialogThatCannotInitialiseEndsWithThree)
-{
-    CLocationDialog dialog;
     dialog.m_failInit = true;
     EXPECT_EQ(dialog.DoModal(TestInstance(), IDD_EDIT_BOOKMARK, nullptr, 0), CShdDialog::kResultInitFailed);
     EXPECT_EQ(dialog.DoModal(TestInstance(), 9999, nullptr, 0), -1) << "no such template";

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include <windows.h>
@@ -30,11 +29,3 @@ HWND FindDialog(LPCWSTR caption);
 std::vector<CString> ListRows(HWND list, int column = 0);
 std::vector<int> ListImages(HWND list);
 int SelectedRow(HWND list);
-
-// A whole file's bytes (empty when it cannot be read), and a file written
-// with exactly these bytes.
-std::string FileBytes(const CString& path);
-bool WriteFileBytes(const CString& path, const std::string& bytes);
-// UTF-8 text as the UTF-16LE bytes of a version 5 file, "\n" becoming CR LF,
-// without the byte-order mark.
-std::string Utf16Text(const char* utf8);

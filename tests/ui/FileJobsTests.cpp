@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <memory>
 
 #include "platform/FaultInjectingPlatform.h"
@@ -9,6 +10,7 @@
 #include "registry/RegKey.h"
 #include "resources/resource.h"
 #include "tests/support/ScratchKey.h"
+#include "tests/support/TestFiles.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/FileDialogTestSupport.h"
 #include "tests/ui/UiTestSupport.h"
@@ -46,65 +48,34 @@ private:
     HANDLE m_go;
 };
 
-// Sees the progress box come and go through a hook on the thread's window
-// procedure calls.
-class CProgressWatch {
-public:
-    CProgressWatch()
-    {
-        s_watch = this;
-        m_hook = SetWindowsHookExW(WH_CALLWNDPROC, OnCall, nullptr, GetCurrentThreadId());
+// How often the progress box was made and shown, seen through a hook on the
+// thread's window procedure calls.
+int g_progressMade = 0;
+int g_progressShown = 0;
+
+LRESULT CALLBACK WatchProgress(int code, WPARAM wParam, LPARAM lParam)
+{
+    const CWPSTRUCT& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (code == HC_ACTION && GetDlgItem(call.hwnd, IDC_PROGRESS_TEXT) != nullptr) {
+        g_progressMade += call.message == WM_INITDIALOG;
+        g_progressShown += call.message == WM_SHOWWINDOW && call.wParam;
     }
-    ~CProgressWatch()
-    {
-        UnhookWindowsHookEx(m_hook);
-        s_watch = nullptr;
-    }
-    CProgressWatch(const CProgressWatch&) = delete;
-    CProgressWatch& operator=(const CProgressWatch&) = delete;
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
 
-    // The box, when it is on the screen.
-    static HWND Visible()
-    {
-        const HWND box = FindDialog(L"Quenda");
-        return box != nullptr && IsWindowVisible(box) && GetDlgItem(box, IDC_PROGRESS_TEXT) != nullptr ? box : nullptr;
-    }
-
-    int m_created = 0;
-    int m_shown = 0;
-
-private:
-    static LRESULT CALLBACK OnCall(int code, WPARAM wParam, LPARAM lParam)
-    {
-        const CWPSTRUCT& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
-        if (code == HC_ACTION && s_watch != nullptr && GetDlgItem(call.hwnd, IDC_PROGRESS_TEXT) != nullptr) {
-            if (call.message == WM_INITDIALOG)
-                ++s_watch->m_created;
-            if (call.message == WM_SHOWWINDOW && call.wParam)
-                ++s_watch->m_shown;
-        }
-        return CallNextHookEx(nullptr, code, wParam, lParam);
-    }
-
-    static CProgressWatch* s_watch;
-    HHOOK m_hook = nullptr;
-};
-
-CProgressWatch* CProgressWatch::s_watch = nullptr;
-
-struct SMessage {
-    CString text;
-    UINT flags;
-};
+// The progress box, when it is on the screen.
+HWND VisibleProgress()
+{
+    const HWND box = FindDialog(L"Quenda");
+    return box != nullptr && IsWindowVisible(box) && GetDlgItem(box, IDC_PROGRESS_TEXT) != nullptr ? box : nullptr;
+}
 
 class FileJobsTest : public ::testing::Test {
 protected:
     FileJobsTest()
-        : m_scoped(m_platform),
-          m_scratch(L"Jobs"),
-          m_folder("h6-jobs", {}, {}),
+        : m_scoped(m_platform), m_scratch(L"Jobs"), m_folder("h6-jobs", {}, {}),
           m_answerer([this](HWND, LPCWSTR text, UINT flags) {
-              m_messages.push_back({text, flags});
+              m_messages.push_back(ToUtf8(CString::Formatted(L"%s|%x", text, flags)));
               for (auto answer = m_answers.rbegin(); answer != m_answers.rend(); ++answer) {
                   if (answer->first == text)
                       return answer->second;
@@ -113,47 +84,39 @@ protected:
           })
     {
         CShdRegKey key;
-        EXPECT_TRUE(key.Create(m_scratch.Handle(), L"a", nullptr));
-        EXPECT_TRUE(key.WriteString(L"name", L"value"));
+        EXPECT_TRUE(key.Create(m_scratch.Handle(), L"a", nullptr) && key.WriteString(L"name", L"value"));
         key.Close(false);
         EXPECT_TRUE(key.Create(m_scratch.Handle(), L"b", nullptr));
         key.Close(false);
         SetFileDialogStart(m_folder.Path());
+        g_progressMade = g_progressShown = 0;
     }
+    ~FileJobsTest() override { UnhookWindowsHookEx(m_hook); }
 
     CString Out() const { return m_folder.PathOf("out.reg"); }
-    std::vector<CString> Texts() const
+    std::string OutBytes() const { return ReadFileBytes(ToUtf8(Out())); }
+    void WriteOut(const char* text) const { std::ofstream(ToUtf8(Out()), std::ios::binary) << Utf16FileBytes(text, true); }
+    // The export of the scratch key as far as `b`'s line (with its blank
+    // line unless cut short), then `tail`.
+    static std::string Exported(bool throughB, const char* tail)
     {
-        std::vector<CString> texts;
-        for (const SMessage& message : m_messages)
-            texts.push_back(message.text);
-        return texts;
-    }
-    // Exactly one message was shown, this one.
-    void ExpectOnlyMessage(const char* text, UINT flags) const
-    {
-        ASSERT_EQ(m_messages.size(), 1u) << text;
-        EXPECT_EQ(m_messages[0].text, W(text));
-        EXPECT_EQ(m_messages[0].flags, flags);
-    }
-    std::string Header() const { return "\xFF\xFE" + Utf16Text("Windows Registry Editor Version 5.00\n\n"); }
-    std::string KeyLine(const char* below) const
-    {
-        const std::string path = "[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs" + std::string(below) + "]\n";
-        return Utf16Text(path.c_str());
+        const std::string key = "[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs";
+        return Utf16FileBytes("Windows Registry Editor Version 5.00\n\n" + key + "]\n\n" + key +
+                                  "\\a]\n\"name\"=\"value\"\n\n" + (throughB ? key + "\\b]\n\n" : "") + tail,
+                              true);
     }
     // Clicks Cancel in the progress box once it shows, noting whether the
     // owner was disabled meanwhile.
-    void CancelWhenShown(std::unique_ptr<CModalScript>& waiter)
+    std::unique_ptr<CModalScript> CancelWhenShown()
     {
-        waiter.reset(new CModalScript([] { return CProgressWatch::Visible() != nullptr; },
-                                    [this] {
-                                        const HWND box = CProgressWatch::Visible();
-                                        m_progressText = CShdWnd::GetWindowTextOr(
-                                            GetDlgItem(box, IDC_PROGRESS_TEXT), L"");
-                                        m_ownerWasEnabled = IsWindowEnabled(m_owner.GetHwnd()) != FALSE;
-                                        SendMessageW(box, WM_COMMAND, IDCANCEL, 0);
-                                    }));
+        return std::make_unique<CModalScript>([] { return VisibleProgress() != nullptr; },
+                                              [this] {
+                                                  const HWND box = VisibleProgress();
+                                                  m_progressText = CShdWnd::GetWindowTextOr(
+                                                      GetDlgItem(box, IDC_PROGRESS_TEXT), L"");
+                                                  m_ownerWasEnabled = IsWindowEnabled(m_owner.GetHwnd()) != FALSE;
+                                                  SendMessageW(box, WM_COMMAND, IDCANCEL, 0);
+                                              });
     }
     // The file dialog takes `name`.
     static std::function<void()> Choose(const wchar_t* name)
@@ -165,31 +128,35 @@ protected:
             SendMessageW(dialog, WM_COMMAND, IDM_SELECT, 0);
         };
     }
-    // The export options then keep their presets or, with `entireRegistry`,
-    // switch to the whole registry.
-    std::vector<std::function<void()>> ChooseAndConfirm(const wchar_t* name, bool entireRegistry)
+    // Export... to `name`: the export options then keep their presets or,
+    // with `entireRegistry`, switch to the whole registry. False when the
+    // options never showed.
+    bool Export(const wchar_t* name, bool entireRegistry)
     {
-        return {Choose(name),
-                [=] {
-                    const HWND dialog = FindDialog(L"Export Options");
-                    if (dialog == nullptr)
-                        return;  // the overwrite question stopped it
-                    EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_EXPORT_BRANCH), BST_CHECKED);
-                    EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_EXPORT_ENTIRE), BST_UNCHECKED);
-                    EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_EXPORT_UNICODE), BST_CHECKED);
-                    EXPECT_EQ(CShdWnd::GetWindowTextOr(GetDlgItem(dialog, IDC_EXPORT_FILE), L""), Out());
-                    if (entireRegistry)
-                        SendMessageW(GetDlgItem(dialog, IDC_EXPORT_ENTIRE), BM_CLICK, 0, 0);
-                    SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-                }};
+        CModalScript script({Choose(name), [=] {
+                                 const HWND dialog = FindDialog(L"Export Options");
+                                 if (dialog == nullptr)
+                                     return;  // the overwrite question stopped it
+                                 EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_EXPORT_BRANCH), BST_CHECKED);
+                                 EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_EXPORT_ENTIRE), BST_UNCHECKED);
+                                 EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_EXPORT_UNICODE), BST_CHECKED);
+                                 EXPECT_EQ(CShdWnd::GetWindowTextOr(GetDlgItem(dialog, IDC_EXPORT_FILE), L""), Out());
+                                 if (entireRegistry)
+                                     SendMessageW(GetDlgItem(dialog, IDC_EXPORT_ENTIRE), BM_CLICK, 0, 0);
+                                 SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+                             }});
+        ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
+        return script.Finished();
     }
 
+    HHOOK m_hook = SetWindowsHookExW(WH_CALLWNDPROC, WatchProgress, nullptr, GetCurrentThreadId());
     CPausingPlatform m_platform;
     CScopedPlatform m_scoped;
     CScratchKey m_scratch;
     CTestFolder m_folder;
     CTestFrame m_owner;
-    std::vector<SMessage> m_messages;
+    // "text|flags" of each message shown.
+    std::vector<std::string> m_messages;
     // The button chosen for a question (the latest given); OK for any other
     // message.
     std::vector<std::pair<CString, int>> m_answers;
@@ -198,62 +165,44 @@ protected:
     bool m_ownerWasEnabled = true;
 };
 
-TEST_F(FileJobsTest, AQuickExportShowsOnlyItsResult)
+using Messages = std::vector<std::string>;
+const char kOverwrite[] = "File with that name already exists. Do you want to overwrite it?";
+const char kExported[] = "Registry export finished successfully.|10040";
+
+// An existing file is overwritten only after a Yes. That export is a job of
+// a quarter of a second: long enough for a box shown at once to appear,
+// short of the delay after which it is shown; only its result shows.
+TEST_F(FileJobsTest, AQuickExportOverAnExistingFileShowsOnlyItsResult)
 {
-    // A job of a quarter of a second: long enough for a box shown at once to
-    // appear, short of the delay after which it is shown.
     m_platform.m_pauseAt = L"a";
     m_platform.m_pauseLimit = 250;
-    CProgressWatch watch;
-    CModalScript script(ChooseAndConfirm(L"out", false));
-    ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
-    EXPECT_TRUE(script.Finished());
-    EXPECT_EQ(watch.m_created, 1);
-    EXPECT_EQ(watch.m_shown, 0);
-    ExpectOnlyMessage("Registry export finished successfully.", 0x10040);
-    EXPECT_EQ(FileBytes(Out()), Header() + KeyLine("") + Utf16Text("\n") + KeyLine("\\a") +
-                                    Utf16Text("\"name\"=\"value\"\n\n") + KeyLine("\\b") + Utf16Text("\n"));
+    std::ofstream(ToUtf8(Out()), std::ios::binary) << "keep";
+    for (const int answer : {IDNO, IDYES}) {
+        m_answers.push_back({W(kOverwrite), answer});
+        EXPECT_EQ(Export(answer == IDNO ? L"OUT.reg" : L"out", false), answer == IDYES);
+        EXPECT_EQ(OutBytes() == "keep", answer == IDNO);
+    }
+    EXPECT_EQ(g_progressMade, 1);
+    EXPECT_EQ(g_progressShown, 0);
+    EXPECT_EQ(OutBytes(), Exported(true, ""));
+    const std::string question = kOverwrite + std::string("|10024");
+    EXPECT_EQ(m_messages, (Messages{question, question, kExported}));
     EXPECT_TRUE(IsWindowEnabled(m_owner.GetHwnd()));
-}
-
-TEST_F(FileJobsTest, AnExistingFileIsOverwrittenOnlyAfterAYes)
-{
-    ASSERT_TRUE(WriteFileBytes(Out(), "keep"));
-    m_answers.push_back({L"File with that name already exists. Do you want to overwrite it?", IDNO});
-    {
-        CModalScript script(ChooseAndConfirm(L"OUT.reg", false));
-        ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
-    }
-    EXPECT_EQ(FileBytes(Out()), "keep");
-    m_answers.push_back({L"File with that name already exists. Do you want to overwrite it?", IDYES});
-    {
-        CModalScript script(ChooseAndConfirm(L"out", false));
-        ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
-        EXPECT_TRUE(script.Finished());
-    }
-    EXPECT_EQ(FileBytes(Out()).substr(0, Header().size()), Header());
-    EXPECT_EQ(Texts(), std::vector<CString>({L"File with that name already exists. Do you want to overwrite it?",
-                                             L"File with that name already exists. Do you want to overwrite it?",
-                                             L"Registry export finished successfully."}));
-    EXPECT_EQ(m_messages[0].flags, 0x10024u);
 }
 
 TEST_F(FileJobsTest, ACancelledExportKeepsItsPartialFileOnNo)
 {
     m_platform.m_pauseAt = L"b";
     m_answers.push_back({L"Do you want to delete file?", IDNO});
-    CProgressWatch watch;
-    std::unique_ptr<CModalScript> canceller;
-    CancelWhenShown(canceller);
+    const std::unique_ptr<CModalScript> canceller = CancelWhenShown();
     EXPECT_FALSE(RunExportJob(m_owner.GetHwnd(), Out(), true, HKEY_CURRENT_USER, m_scratch.Path(), false));
     EXPECT_TRUE(canceller->Finished());
-    EXPECT_EQ(watch.m_shown, 1);
+    EXPECT_EQ(g_progressShown, 1);
     EXPECT_EQ(m_progressText, W("Export in progress..."));
     EXPECT_FALSE(m_ownerWasEnabled);
     EXPECT_TRUE(IsWindowEnabled(m_owner.GetHwnd()));
-    EXPECT_EQ(Texts(), std::vector<CString>({L"Do you want to delete file?"}));
-    EXPECT_EQ(FileBytes(Out()), Header() + KeyLine("") + Utf16Text("\n") + KeyLine("\\a") +
-                                    Utf16Text("\"name\"=\"value\"\n\n*** cancelled ***\n"));
+    EXPECT_EQ(m_messages, Messages{"Do you want to delete file?|10024"});
+    EXPECT_EQ(OutBytes(), Exported(false, "*** cancelled ***\n"));
 }
 
 TEST_F(FileJobsTest, ACancelledExportOfTheWholeRegistryDeletesItsFileOnYes)
@@ -261,55 +210,48 @@ TEST_F(FileJobsTest, ACancelledExportOfTheWholeRegistryDeletesItsFileOnYes)
     m_platform.m_pauseAt = L"*";
     m_platform.m_firstParent = nullptr;
     m_answers.push_back({L"Do you want to delete file?", IDYES});
-    std::unique_ptr<CModalScript> canceller;
-    CancelWhenShown(canceller);
-    CModalScript script(ChooseAndConfirm(L"out", true));
-    ExportCommand(m_owner.GetHwnd(), HKEY_CURRENT_USER, m_scratch.Path());
+    const std::unique_ptr<CModalScript> canceller = CancelWhenShown();
+    EXPECT_TRUE(Export(L"out", true));
     EXPECT_TRUE(canceller->Finished());
     EXPECT_EQ(m_platform.m_firstParent, HKEY_CLASSES_ROOT) << "the whole registry starts at its first root";
-    EXPECT_EQ(Texts(), std::vector<CString>({L"Do you want to delete file?"}));
+    EXPECT_EQ(m_messages, Messages{"Do you want to delete file?|10024"});
     EXPECT_EQ(GetFileAttributesW(Out()), INVALID_FILE_ATTRIBUTES);
 }
 
-TEST_F(FileJobsTest, ClosingTheProgressBoxWaitsForTheJobsResult)
+// Closing the progress box waits for the job's result; an export that
+// cannot write its file says so.
+TEST_F(FileJobsTest, ExportsEndWithTheirOutcome)
 {
     m_platform.m_pauseAt = L"b";
     m_platform.m_pauseLimit = 1500;
-    CModalScript closer([] { return CProgressWatch::Visible() != nullptr; },
-                      [] { SendMessageW(CProgressWatch::Visible(), WM_CLOSE, 0, 0); });
+    CModalScript closer([] { return VisibleProgress() != nullptr; },
+                        [] { SendMessageW(VisibleProgress(), WM_CLOSE, 0, 0); });
     EXPECT_TRUE(RunExportJob(m_owner.GetHwnd(), Out(), true, HKEY_CURRENT_USER, m_scratch.Path(), true));
     EXPECT_TRUE(closer.Finished());
-    EXPECT_EQ(Texts(), std::vector<CString>({L"Registry export finished successfully."}));
-}
-
-TEST_F(FileJobsTest, AnExportThatFailsSaysSo)
-{
     EXPECT_FALSE(RunExportJob(m_owner.GetHwnd(), m_folder.PathOf("missing\\out.reg"), true, HKEY_CURRENT_USER,
                               m_scratch.Path(), false));
-    ExpectOnlyMessage("There were errors during exporting registry file.", 0x10030);
+    EXPECT_EQ(m_messages, (Messages{kExported, "There were errors during exporting registry file.|10030"}));
 }
 
 TEST_F(FileJobsTest, ImportsReportTheirOutcomeAndRefreshTheViews)
 {
+    const std::string text =
+        "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs\\new]\n"
+        "\"n\"=dword:00000007\n";
     const struct SCase {
-        const char* text;
+        std::string text;
         const char* message;
-        UINT flags;
     } cases[] = {
-        {"Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs\\new]\n"
-         "\"n\"=dword:00000007\n",
-         "Registry import finished successfully.", 0x10040},
-        {"Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs\\new]\n"
-         "\"n\"=dword:00000007\n\"bad\"=nonsense\n",
-         "There were errors during importing registry file. Syntax error at line 5.", 0x10030},
+        {text, "Registry import finished successfully.|10040"},
+        {text + "\"bad\"=nonsense\n", "There were errors during importing registry file. Syntax error at line 5.|10030"},
     };
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.message);
         m_messages.clear();
         m_owner.m_commands.clear();
-        ASSERT_TRUE(WriteFileBytes(Out(), "\xFF\xFE" + Utf16Text(c.text)));
-        EXPECT_EQ(RunImportJob(m_owner.GetHwnd(), Out()), c.flags == 0x10040);
-        ExpectOnlyMessage(c.message, c.flags);
+        WriteOut(c.text.c_str());
+        EXPECT_EQ(RunImportJob(m_owner.GetHwnd(), Out()), &c == cases);
+        EXPECT_EQ(m_messages, Messages{c.message});
         EXPECT_EQ(m_owner.m_commands, std::vector<WPARAM>({IDM_REGISTRY_REFRESH}));
         CShdRegKey key;
         ASSERT_TRUE(key.Open(m_scratch.Handle(), L"new"));
@@ -319,29 +261,18 @@ TEST_F(FileJobsTest, ImportsReportTheirOutcomeAndRefreshTheViews)
 
 TEST_F(FileJobsTest, TheImportCommandChecksTheFileAndAsksFirst)
 {
-    {
-        CModalScript script({Choose(L"none")});
+    WriteOut("Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs\\c]\n");
+    const std::pair<const wchar_t*, int> runs[] = {{L"none", IDYES}, {L"out", IDNO}, {L"out.reg", IDYES}};
+    for (const auto& [name, answer] : runs) {
+        m_answers.push_back({L"Do you want to import registry file?", answer});
+        CModalScript script({Choose(name)});
         ImportCommand(m_owner.GetHwnd());
+        CShdRegKey key;
+        EXPECT_EQ(key.Open(m_scratch.Handle(), L"c"), name[3] == L'.');
     }
-    ASSERT_TRUE(WriteFileBytes(Out(), "\xFF\xFE" + Utf16Text("Windows Registry Editor Version 5.00\n\n"
-                                                             "[HKEY_CURRENT_USER\\Software\\QuendaTests\\Jobs\\c]\n")));
-    m_answers.push_back({L"Do you want to import registry file?", IDNO});
-    {
-        CModalScript script({Choose(L"out")});
-        ImportCommand(m_owner.GetHwnd());
-    }
-    CShdRegKey key;
-    EXPECT_FALSE(key.Open(m_scratch.Handle(), L"c"));
-    m_answers.push_back({L"Do you want to import registry file?", IDYES});
-    {
-        CModalScript script({Choose(L"out.reg")});
-        ImportCommand(m_owner.GetHwnd());
-    }
-    EXPECT_TRUE(key.Open(m_scratch.Handle(), L"c"));
-    EXPECT_EQ(Texts(), std::vector<CString>({L"File does not exist.", L"Do you want to import registry file?",
-                                             L"Do you want to import registry file?",
-                                             L"Registry import finished successfully."}));
-    EXPECT_EQ(m_messages[0].flags, 0x10030u);
+    const std::string question = "Do you want to import registry file?|10024";
+    EXPECT_EQ(m_messages, (Messages{"File does not exist.|10030", question, question,
+                                    "Registry import finished successfully.|10040"}));
 }
 
 }  // namespace

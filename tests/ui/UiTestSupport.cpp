@@ -34,6 +34,29 @@ void PumpMessages()
     }
 }
 
+bool PumpUntil(const std::function<bool()>& done, DWORD patienceMs)
+{
+    for (const DWORD start = GetTickCount(); !done(); Sleep(10)) {
+        if (GetTickCount() - start > patienceMs)
+            return false;
+        PumpMessages();
+    }
+    return true;
+}
+
+CString ItemText(HWND dialog, int id)
+{
+    return CShdWnd::GetWindowTextOr(GetDlgItem(dialog, id), L"");
+}
+
+RECT ChildRect(HWND child)
+{
+    RECT rect;
+    GetWindowRect(child, &rect);
+    MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
 CModalScript::CModalScript(std::vector<std::function<void()>> steps)
     : m_steps(std::move(steps)), m_lastStepTime(GetTickCount())
 {

@@ -12,6 +12,12 @@ HINSTANCE TestInstance();
 
 // Dispatches what is waiting in the thread's queue.
 void PumpMessages();
+// Pumps until `done` holds, for at most `patienceMs`; whether it held.
+bool PumpUntil(const std::function<bool()>& done, DWORD patienceMs = 30000);
+
+// A control's text, and a child's rectangle in its parent's client area.
+CString ItemText(HWND dialog, int id);
+RECT ChildRect(HWND child);
 
 // Runs the steps one by one, one per timer tick, from inside whatever modal
 // loop the thread runs meanwhile (a dialog's or a property sheet's), so that

@@ -59,25 +59,17 @@ CQuendaProcess::~CQuendaProcess()
     CloseHandle(m_process.hProcess);
 }
 
-std::wstring CQuendaProcess::ExePath()
-{
-    wchar_t path[MAX_PATH];
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder(path, length);
-    return folder.substr(0, folder.find_last_of(L'\\') + 1) + L"Quenda.exe";
-}
-
 bool CQuendaProcess::Start(const std::wstring& arguments)
 {
-    if (m_process.hProcess != nullptr)
-        return false;
-    std::wstring commandLine = L"\"" + ExePath() + L"\"";
+    wchar_t path[MAX_PATH];
+    const std::wstring self(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
+    std::wstring commandLine = L"\"" + self.substr(0, self.find_last_of(L'\\') + 1) + L"Quenda.exe\"";
     if (!arguments.empty())
         commandLine += L" " + arguments;
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
-    return CreateProcessW(nullptr, &commandLine[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &m_process) != FALSE;
+    return m_process.hProcess == nullptr && CreateProcessW(nullptr, &commandLine[0], nullptr, nullptr, FALSE, 0,
+                                                           nullptr, nullptr, &startup, &m_process) != FALSE;
 }
 
 HWND CQuendaProcess::WaitForMessageBox(DWORD timeoutMs) const
@@ -88,16 +80,6 @@ HWND CQuendaProcess::WaitForMessageBox(DWORD timeoutMs) const
 HWND CQuendaProcess::WaitForWindow(LPCWSTR className, DWORD timeoutMs) const
 {
     return WaitFor({m_process.dwProcessId, className, nullptr, false, nullptr}, timeoutMs);
-}
-
-std::wstring CQuendaProcess::MessageText(HWND box)
-{
-    const HWND text = GetDlgItem(box, kMessageTextId);
-    if (text == nullptr)
-        return std::wstring();
-    std::vector<wchar_t> buffer(GetWindowTextLengthW(text) + 1);
-    const int length = GetWindowTextW(text, buffer.data(), static_cast<int>(buffer.size()));
-    return std::wstring(buffer.data(), length);
 }
 
 bool CQuendaProcess::PressButton(HWND box, int buttonId)
@@ -111,14 +93,16 @@ bool CQuendaProcess::PressButton(HWND box, int buttonId)
     return !IsWindow(box);
 }
 
-std::wstring CQuendaProcess::AnswerNextMessage(int buttonId, DWORD timeoutMs) const
+std::wstring CQuendaProcess::AnswerNextMessage(int buttonId) const
 {
-    const HWND box = WaitForMessageBox(timeoutMs);
-    if (box == nullptr)
+    const HWND box = WaitForMessageBox();
+    const HWND text = GetDlgItem(box, kMessageTextId);
+    if (box == nullptr || text == nullptr)
         return std::wstring();
-    const std::wstring text = MessageText(box);
+    std::vector<wchar_t> buffer(GetWindowTextLengthW(text) + 1);
+    const int length = GetWindowTextW(text, buffer.data(), static_cast<int>(buffer.size()));
     PressButton(box, buttonId);
-    return text;
+    return std::wstring(buffer.data(), length);
 }
 
 long CQuendaProcess::WaitForExit(DWORD timeoutMs)

@@ -4,10 +4,9 @@
 
 #include <windows.h>
 
-// Drives Quenda.exe from outside, as a user would: starts it with arguments,
-// finds its message boxes (captioned "Quenda"), reads their text, presses
-// their buttons and collects the exit code. Quenda.exe lies beside the test
-// program.
+// Drives Quenda.exe (beside the test program) from outside, as a user
+// would: starts it with arguments, finds its windows, answers its message
+// boxes (captioned "Quenda") and collects the exit code.
 class CQuendaProcess {
 public:
     CQuendaProcess() = default;
@@ -16,27 +15,19 @@ public:
     CQuendaProcess(const CQuendaProcess&) = delete;
     CQuendaProcess& operator=(const CQuendaProcess&) = delete;
 
-    static std::wstring ExePath();
-
-    // Starts Quenda.exe with the argument text (after the program's name),
-    // in the current folder.
+    // Starts Quenda.exe with the argument text, in the current folder.
     bool Start(const std::wstring& arguments);
-    DWORD ProcessId() const { return m_process.dwProcessId; }
 
-    // The process's first visible message box captioned "Quenda" that
-    // appears within the time, or null. The progress dialog, of the same
-    // caption, is not a message box.
-    HWND WaitForMessageBox(DWORD timeoutMs) const;
-    // A message box's text.
-    static std::wstring MessageText(HWND box);
+    // The process's first visible message box that appears within the time,
+    // or null. The progress dialog, of the same caption, is no message box.
+    HWND WaitForMessageBox(DWORD timeoutMs = 20000) const;
+    // The process's visible top-level window of a class, or null.
+    HWND WaitForWindow(LPCWSTR className, DWORD timeoutMs = 20000) const;
     // Presses a button (IDOK, IDYES, IDNO...) and waits for the box to go.
     static bool PressButton(HWND box, int buttonId);
     // The text of the next message box, answered with the button; empty
     // when none came.
-    std::wstring AnswerNextMessage(int buttonId, DWORD timeoutMs = 20000) const;
-
-    // The process's visible top-level window of a class, or null.
-    HWND WaitForWindow(LPCWSTR className, DWORD timeoutMs) const;
+    std::wstring AnswerNextMessage(int buttonId) const;
 
     // The exit code, or -1 if the process did not end in time (it is then
     // ended).
