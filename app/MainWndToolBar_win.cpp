@@ -81,6 +81,8 @@ void CMainWnd::UpdateToolBarButtons()
     const SButtonImages& images = running && m_findResults.IsPaused() ? kResumeImages : kPauseImages;
     m_toolBar.SetButtonImages(kPauseButton, images.normal, images.pressed, images.disabled);
     m_toolBar.EnableButton(kPauseButton, running);
-    // Stop as well: like the menu's, it only works while there is a search.
-    m_toolBar.EnableButton(kStopButton, running);
+    // Stop stays enabled once a search has run: a tap on it after the end
+    // finds nothing to stop and does nothing.
+    if (running)
+        m_toolBar.EnableButton(kStopButton, true);
 }

@@ -257,9 +257,10 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
         bool toolBarShown;
     } strokes[] = {
         {0, 0, "0+ 2+", "Search paused", true, true},      {0, -60, "0+ 2+", "Search paused", true, true},
-        {0, 0, "4+ 2+", "Search in progress...", true, true}, {1, 0, "4- 2-", "Search cancelled", true, true},
-        {0, 0, "4- 2-", "Search cancelled", true, true},   {2, 0, "4- 2-", nullptr, false, true},
-        {3, 0, "4- 2-", nullptr, false, false},
+        {0, 0, "4+ 2+", "Search in progress...", true, true}, {1, 0, "4- 2+", "Search cancelled", true, true},
+        {0, 0, "4- 2+", "Search cancelled", true, true},   {1, 0, "4- 2+", "Search cancelled", true, true},
+        {2, 0, "4- 2+", nullptr, false, true},
+        {3, 0, "4- 2+", nullptr, false, false},
     };
     for (const auto& stroke : strokes) {
         SCOPED_TRACE(testing::Message() << "button " << stroke.button << ", then " << stroke.buttons);
