@@ -5,8 +5,13 @@
 #include <windows.h>
 
 #include "registry/RegKey.h"
+#include "settings/FileAssociation.h"
+#include "settings/ProgramKeys.h"
+#include "tests/settings/SettingsTestSupport.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TestText.h"
 #include "tests/wine/QuendaDriver.h"
 
 namespace {
@@ -98,6 +103,30 @@ TEST(CommandLine, OnlyInteractiveStartsAreKeptToOneInstance)
     EXPECT_EQ(help.WaitForExit(), 0);
     PostMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_EQ(first.WaitForExit(), 0);
+}
+
+// Installed from this Quenda.exe's folder, the association is one the shell
+// follows: opening a .reg file starts Quenda with it. Removed, it is gone.
+TEST(CommandLine, TheShellOpensRegFilesWithQuendaOnlyWhileAssociated)
+{
+    CSavedKey program(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
+    CSavedKey extension(HKEY_CLASSES_ROOT, kRegFileExtension, L"SavedExtension");
+    CSavedKey regClass(HKEY_CLASSES_ROOT, kRegFileClass, L"SavedClass");
+    WriteTestValue(HKEY_LOCAL_MACHINE, kProgramKeyPath, L"InstallDir", REG_SZ,
+                   Utf16Bytes(CQuendaProcess::ExeFolder().c_str(), true));
+    const CTestFile file("cmdline-open.reg");
+    file.Write("QUENDA4\r\n");
+    ASSERT_TRUE(InstallRegFileAssociation());
+    CQuendaProcess opened;
+    ASSERT_TRUE(opened.Open(L"cmdline-open.reg"));
+    const std::wstring question = opened.AnswerNextMessage(IDNO);
+    EXPECT_EQ(question.substr(0, 37), L"Do you want to import registry file \"") << question.c_str();
+    EXPECT_EQ(question.substr(question.rfind(L'\\') + 1), L"cmdline-open.reg\"?");
+    EXPECT_EQ(opened.WaitForExit(), 0);
+
+    ASSERT_TRUE(RemoveRegFileAssociation());
+    CQuendaProcess notOpened;
+    EXPECT_FALSE(notOpened.Open(L"cmdline-open.reg"));
 }
 
 }  // namespace

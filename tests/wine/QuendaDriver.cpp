@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include <shellapi.h>
+
 namespace {
 
 // A message box's text control.
@@ -59,17 +61,37 @@ CQuendaProcess::~CQuendaProcess()
     CloseHandle(m_process.hProcess);
 }
 
-bool CQuendaProcess::Start(const std::wstring& arguments)
+std::wstring CQuendaProcess::ExeFolder()
 {
     wchar_t path[MAX_PATH];
     const std::wstring self(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
-    std::wstring commandLine = L"\"" + self.substr(0, self.find_last_of(L'\\') + 1) + L"Quenda.exe\"";
+    return self.substr(0, self.find_last_of(L'\\') + 1);
+}
+
+bool CQuendaProcess::Start(const std::wstring& arguments)
+{
+    std::wstring commandLine = L"\"" + ExeFolder() + L"Quenda.exe\"";
     if (!arguments.empty())
         commandLine += L" " + arguments;
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
     return m_process.hProcess == nullptr && CreateProcessW(nullptr, &commandLine[0], nullptr, nullptr, FALSE, 0,
                                                            nullptr, nullptr, &startup, &m_process) != FALSE;
+}
+
+bool CQuendaProcess::Open(const std::wstring& file)
+{
+    SHELLEXECUTEINFOW info = {};
+    info.cbSize = sizeof(info);
+    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    info.lpVerb = L"open";
+    info.lpFile = file.c_str();
+    info.nShow = SW_SHOWNORMAL;
+    if (m_process.hProcess != nullptr || !ShellExecuteExW(&info) || info.hProcess == nullptr)
+        return false;
+    m_process.hProcess = info.hProcess;
+    m_process.dwProcessId = GetProcessId(info.hProcess);
+    return true;
 }
 
 HWND CQuendaProcess::WaitForMessageBox(DWORD timeoutMs) const

@@ -17,6 +17,11 @@ public:
 
     // Starts Quenda.exe with the argument text, in the current folder.
     bool Start(const std::wstring& arguments);
+    // Opens a file through the shell's open verb, as a tap on it would, and
+    // drives the process this starts; false when the shell starts none.
+    bool Open(const std::wstring& file);
+    // The folder of Quenda.exe (beside the test program), with its "\".
+    static std::wstring ExeFolder();
 
     // The process's first visible message box that appears within the time,
     // or null. The progress dialog, of the same caption, is no message box.
