@@ -8,9 +8,7 @@ namespace {
 TEST(FilePaths, TrailingBackslashes)
 {
     struct SCase {
-        const char* path;
-        const char* ensured;
-        const char* removed;
+        const char* path; const char* ensured; const char* removed;
     } const cases[] = {
         {"", "\\", ""},
         {"\\", "\\", "\\"},
@@ -32,11 +30,7 @@ TEST(FilePaths, TrailingBackslashes)
 TEST(FilePaths, SplitsPathsAndExtensions)
 {
     struct SCase {
-        const char* path;
-        const char* folder;
-        const char* name;
-        const char* base;
-        const char* extension;
+        const char* path; const char* folder; const char* name; const char* base; const char* extension;
     } const cases[] = {
         {"\\My Documents\\backup.reg", "\\My Documents", "backup.reg", "\\My Documents\\backup", ".reg"},
         {"\\backup.reg", "\\", "backup.reg", "\\backup", ".reg"},
@@ -65,9 +59,7 @@ TEST(FilePaths, SplitsPathsAndExtensions)
 TEST(FilePaths, ParentsAndTops)
 {
     struct SCase {
-        const char* folder;
-        bool top;
-        const char* parent;
+        const char* folder; bool top; const char* parent;
     } const cases[] = {
         {"\\", true, "\\"},
         {"\\Windows", false, "\\"},
@@ -87,9 +79,7 @@ TEST(FilePaths, ParentsAndTops)
 TEST(FilePaths, TypedNamesAreCheckedAndCompleted)
 {
     struct SCase {
-        const char* typed;
-        EFileNameCheck check;
-        const char* completed;
+        const char* typed; EFileNameCheck check; const char* completed;
     } const cases[] = {
         {"backup", EFileNameCheck::kValid, "backup.reg"},
         {"backup.txt", EFileNameCheck::kValid, "backup.txt"},
@@ -135,9 +125,7 @@ TEST(FilePaths, RowImages)
 TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
 {
     struct SCase {
-        const char* folder;
-        size_t width;
-        const char* expected;
+        const char* folder; size_t width; const char* expected;
     } const cases[] = {
         {"\\My Documents\\Personal\\Backups", 100, "Location: \\My Documents\\Personal\\Backups"},
         {"\\My Documents\\Personal\\Backups", 36, "Location: \\My Documents\\P...\\Backups"},
@@ -168,8 +156,7 @@ TEST(FilePaths, SpecialFoldersExpandAtTheStartOnly)
         }
     };
     struct SCase {
-        const char* path;
-        const char* expected;
+        const char* path; const char* expected;
     } const cases[] = {
         {"%Windows%", "\\Windows"},
         {"%windows%\\quenda.reg", "\\Windows\\quenda.reg"},

@@ -36,14 +36,6 @@ public:
     }
 };
 
-std::vector<BYTE> Sequence(int count)
-{
-    std::vector<BYTE> bytes;
-    for (int i = 0; i < count; ++i)
-        bytes.push_back(static_cast<BYTE>(i));
-    return bytes;
-}
-
 // Version 5 text without the byte-order mark, to find inside a file.
 std::string Version5Text(const char* utf8Text)
 {
@@ -163,8 +155,7 @@ TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
     // text shown as hex; version 5 has no such limit.
     m_platform.m_doubleByteAnsi = true;
     const struct {
-        const char* name;
-        const char* text;
+        const char* name; const char* text;
     } cases[] = {{"日本", "ok"}, {"text", "日本"}};
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);

@@ -4,7 +4,9 @@
 
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/RegImportRun.h"
+#include "regfile/RegImporter.h"
 #include "registry/RegKey.h"
+#include "settings/Settings.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestFiles.h"
@@ -77,8 +79,7 @@ TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
 TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 {
     const struct {
-        const char* body;
-        int line;
+        const char* body; int line;
     } cases[] = {
         // Lines 1 and 2 are the header and the empty line after it.
         {"\"v\"=\"x\"\r\n", 3},
@@ -98,10 +99,7 @@ TEST_F(RegImportRunTest, HeaderMustMatchTheEncodingUnlessTheCheckIsOff)
 {
     const std::string body = "\r\njunk line\r\n" + std::string(kKey) + "\\H]\r\n\"v\"=dword:2\r\n";
     const struct {
-        bool unicode;
-        const char* header;
-        bool checkHeader;
-        bool imports;
+        bool unicode; const char* header; bool checkHeader; bool imports;
     } cases[] = {
         {true, kHeader5, true, true},
         {true, "windows registry editor version 5.00", true, true},
@@ -219,6 +217,34 @@ TEST_F(RegImportRunTest, OpenFailureAndCancelSeenOnlyAtTheEnd)
                              0x80000, true));
     EXPECT_EQ(m_error, W("Cancelled by user."));
     EXPECT_EQ(Dump(), ".\nC\n  \"\" 4: 05 00 00 00\n") << "the parse ran to its end first";
+}
+
+// The importer runs the import on its worker, with the header check that the
+// settings ask for; one job at a time, its result taken once. A cancelled job
+// gives no result and keeps the file unless asked.
+TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
+{
+    m_file.Write("REGEDIT4\r\n" + std::string(kKey) + "\\K]\r\n\"v\"=-\r\n");
+    CRegImporter importer;
+    bool result = true;
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    EXPECT_FALSE(importer.Start(m_file.Path())) << "one job at a time";
+    ASSERT_TRUE(importer.GetResult(result, m_error));
+    EXPECT_EQ(m_error, W("Invalid file header."));
+    EXPECT_FALSE(importer.GetResult(result, m_error)) << "the result is taken once";
+
+    Settings().SetDoNotCheckImportHeader(true);
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    EXPECT_TRUE(importer.GetResult(result, m_error));
+    Settings().SetDoNotCheckImportHeader(false);
+    EXPECT_FALSE(result);
+    EXPECT_EQ(m_error, W("Not all keys and values were imported."));
+    EXPECT_EQ(Dump(), ".\nK\n");
+
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    importer.Cancel(false);
+    EXPECT_FALSE(importer.GetResult(result, m_error));
+    EXPECT_TRUE(m_file.Exists());
 }
 
 }  // namespace

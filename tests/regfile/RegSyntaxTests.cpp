@@ -7,16 +7,10 @@ using namespace regsyntax;
 
 namespace {
 
-std::vector<BYTE> Data(const CShdBinaryBuffer& buffer)
-{
-    return std::vector<BYTE>(buffer.GetData(), buffer.GetData() + buffer.GetSize());
-}
-
 TEST(RegSyntax, CommentsEndAtTheFirstQuote)
 {
     const struct {
-        const char* line;
-        const char* stripped;
+        const char* line; const char* stripped;
     } cases[] = {
         {"@=dword:1 ; note", "@=dword:1 "},
         {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
@@ -35,11 +29,7 @@ TEST(RegSyntax, CommentsEndAtTheFirstQuote)
 TEST(RegSyntax, KeyLinesNeedALongRootName)
 {
     const struct {
-        const char* line;
-        EKeyLine kind;
-        bool deletion;
-        HKEY root;
-        const char* path;
+        const char* line; EKeyLine kind; bool deletion; HKEY root; const char* path;
     } cases[] = {
         {"[HKEY_CURRENT_USER\\Software\\X]", EKeyLine::Key, false, HKEY_CURRENT_USER, "Software\\X"},
         {"[hkey_local_machine]", EKeyLine::Key, false, HKEY_LOCAL_MACHINE, ""},
@@ -67,10 +57,7 @@ TEST(RegSyntax, KeyLinesNeedALongRootName)
 TEST(RegSyntax, ValueNames)
 {
     const struct {
-        const char* line;
-        bool ok;
-        const char* name;
-        size_t dataAt;
+        const char* line; bool ok; const char* name; size_t dataAt;
     } cases[] = {
         {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10},
         {"@=x", true, "", 2},
@@ -98,10 +85,7 @@ TEST(RegSyntax, ValueNames)
 TEST(RegSyntax, DataForms)
 {
     const struct {
-        const char* data;
-        EData result;
-        DWORD type;
-        std::vector<BYTE> bytes;
+        const char* data; EData result; DWORD type; std::vector<BYTE> bytes;
     } cases[] = {
         {"\"x\\\"y\"", EData::Complete, REG_SZ, Bytes({'x', 0, '"', 0, 'y', 0, 0, 0})},
         {"\"\"  ", EData::Complete, REG_SZ, Bytes({0, 0})},
@@ -141,7 +125,7 @@ TEST(RegSyntax, DataForms)
         if (item.result != EData::SyntaxError) {
             EXPECT_EQ(hexForm, CString(W(item.data)).Left(3).CompareNoCase(TEXT("hex")) == 0);
             EXPECT_EQ(type, item.type);
-            EXPECT_EQ(Data(data), item.bytes);
+            EXPECT_EQ(BufferBytes(data), item.bytes);
         }
     }
 }
@@ -152,7 +136,7 @@ TEST(RegSyntax, ContinuationLinesAppend)
     data.Append("\x01", 1);
     EXPECT_EQ(ParseHexBytes(W("      02,03,\\"), 0, data), EData::Continues);
     EXPECT_EQ(ParseHexBytes(W("  a"), 0, data), EData::Complete);
-    EXPECT_EQ(Data(data), Bytes({1, 2, 3, 0x0A}));
+    EXPECT_EQ(BufferBytes(data), Bytes({1, 2, 3, 0x0A}));
     EXPECT_EQ(ParseHexBytes(W("[HKEY_USERS]"), 0, data), EData::SyntaxError);
 }
 

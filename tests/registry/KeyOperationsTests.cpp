@@ -81,10 +81,7 @@ TEST_F(KeyOperationsTest, DeleteKeyTreeRemovesWhatItCan)
 TEST(KeyOperations, IsSameOrDescendant)
 {
     const struct {
-        const char* pathA;
-        const char* pathB;
-        bool allowEqual;
-        bool expected;
+        const char* pathA; const char* pathB; bool allowEqual; bool expected;
     } cases[] = {
         {"Software\\A", "software", false, true},
         {"Software\\A", "SOFTWARE\\a", true, true},
@@ -107,9 +104,7 @@ TEST(KeyOperations, IsSameOrDescendant)
 TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
 {
     const struct {
-        const char* source;
-        std::set<std::string> taken;
-        const char* expected;
+        const char* source; std::set<std::string> taken; const char* expected;
     } cases[] = {
         {"Foo", {"Foo"}, "Foo (2)"},
         {"Foo", {"Foo", "foo (2)"}, "Foo (3)"},

@@ -9,9 +9,7 @@ namespace {
 TEST(RootNames, ParseLongAndShortNamesWithoutRegardToCase)
 {
     const struct {
-        const char* text;
-        HKEY root;
-        HKEY longRoot;
+        const char* text; HKEY root; HKEY longRoot;
     } cases[] = {
         {"hklm", HKEY_LOCAL_MACHINE, nullptr},
         {"HKEY_local_MACHINE", HKEY_LOCAL_MACHINE, HKEY_LOCAL_MACHINE},

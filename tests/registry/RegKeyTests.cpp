@@ -67,9 +67,7 @@ TEST_F(RegKeyTest, LongNamesAndLargeDataAreReadWhole)
 {
     const CString name260 = W(std::string(260, 'n').c_str());
     const CString name400 = W(std::string(400, 'm').c_str());
-    std::vector<BYTE> big(3000);
-    for (size_t i = 0; i < big.size(); ++i)
-        big[i] = static_cast<BYTE>(i);
+    const std::vector<BYTE> big = Sequence(3000);
     Write(name260, REG_BINARY, Bytes({1}));
     Write(name400, REG_BINARY, big);
     Write(W("exact"), REG_BINARY, std::vector<BYTE>(1025, 0xAB));
@@ -101,7 +99,7 @@ TEST_F(RegKeyTest, LongNamesAndLargeDataAreReadWhole)
     CShdBinaryBuffer data;
     EXPECT_TRUE(m_key.EnumValue(1, name, type, data));
     EXPECT_EQ(name, name400);
-    EXPECT_EQ(std::vector<BYTE>(data.GetData(), data.GetData() + data.GetSize()), big);
+    EXPECT_EQ(BufferBytes(data), big);
     EXPECT_TRUE(m_key.EnumValue(0, name, type, data));
     EXPECT_EQ(name, W("exact"));
     EXPECT_EQ(data.GetSize(), 1025u);

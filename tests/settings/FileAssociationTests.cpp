@@ -36,9 +36,7 @@ TEST_F(FileAssociationTest, ProgramPathComesFromTheInstallationRecord)
 {
     EXPECT_EQ(OpenCommandLine() + DefaultIconString(122), W("")) << "no record";
     const struct {
-        DWORD type;
-        const char* directory;
-        const char* path;
+        DWORD type; const char* directory; const char* path;
     } cases[] = {
         {REG_SZ, "\\Program Files\\Quenda", "\\Program Files\\Quenda\\Quenda.exe"},
         {REG_EXPAND_SZ, "\\Storage Card\\Über\\", "\\Storage Card\\Über\\Quenda.exe"},
@@ -90,9 +88,7 @@ TEST_F(FileAssociationTest, OnlyAClassWithoutOpenCommandBelongsToNoProgram)
     SetDefault("QuendaTestClass\\DefaultIcon", "x.dll,-1");
     // In order: no command at all, then one that is there but empty.
     const struct {
-        const char* command;
-        bool found;
-        ERegFileAssociation state;
+        const char* command; bool found; ERegFileAssociation state;
     } cases[] = {{nullptr, false, ERegFileAssociation::Free}, {"", true, ERegFileAssociation::OtherProgram}};
     for (const auto& c : cases) {
         if (c.command != nullptr)

@@ -92,10 +92,7 @@ TEST_F(SettingsTest, AWriteCutShortLoadsDefaultsRatherThanAMixture)
     search.keyNames = false;
     search.caseSensitive = true;
     const struct {
-        int writes;
-        std::function<void(CSettings&)> write;
-        const char* cut;
-        const char* done;
+        int writes; std::function<void(CSettings&)> write; const char* cut; const char* done;
     } cases[] = {
         {11, [&](CSettings& s) { s.SetSearchParams(search); }, ":111001111 1010 80000002|Old|a",
          "new:011101111 1010 80000002|Old|a"},

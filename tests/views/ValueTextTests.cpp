@@ -12,14 +12,6 @@
 
 namespace {
 
-std::vector<BYTE> Sequence(size_t count)
-{
-    std::vector<BYTE> bytes(count);
-    for (size_t i = 0; i < count; ++i)
-        bytes[i] = static_cast<BYTE>(i);
-    return bytes;
-}
-
 std::string HexPairs(size_t count)
 {
     static const char digits[] = "0123456789ABCDEF";
@@ -36,9 +28,7 @@ std::string HexPairs(size_t count)
 TEST(ValueText, EachTypeHasItsOwnText)
 {
     const struct {
-        DWORD type;
-        std::vector<BYTE> data;
-        std::string text;
+        DWORD type; std::vector<BYTE> data; std::string text;
     } cases[] = {
         {REG_SZ, Utf16Bytes(W("Ärger"), true), "Ärger"},
         {REG_SZ, Utf16Bytes(W("no terminator"), false), "no terminator"},
@@ -66,21 +56,6 @@ TEST(ValueText, EachTypeHasItsOwnText)
     }
 }
 
-TEST(ValueText, EachTypeHasItsImageAndACutFormSevenBelow)
-{
-    const struct {
-        DWORD type;
-        int image;
-    } cases[] = {
-        {REG_SZ, 7}, {REG_BINARY, 8}, {REG_DWORD, 9}, {REG_MULTI_SZ, 10},
-        {REG_EXPAND_SZ, 11}, {REG_NONE, 12}, {5, 13}, {0xFFFF, 13},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(ValueImage(c.type, false), c.image) << "type " << c.type;
-        EXPECT_EQ(ValueImage(c.type, true), c.image - kCutImageOffset) << "type " << c.type;
-    }
-}
-
 class ValueRowsTest : public testing::Test {
 protected:
     ValueRowsTest() : m_scoped(m_faults), m_scratch(TEXT("ValueRows")) {}
@@ -104,6 +79,7 @@ protected:
     CScratchKey m_scratch;
 };
 
+// Each type has its own image; an unknown type shares one.
 TEST_F(ValueRowsTest, RowsAreOrderedByNameWithoutRegardToCase)
 {
     Write(TEXT("b"), REG_SZ, Utf16Bytes(W("bee"), true));
@@ -111,16 +87,22 @@ TEST_F(ValueRowsTest, RowsAreOrderedByNameWithoutRegardToCase)
     Write(TEXT("a2"), REG_BINARY, Bytes({0xAB}));
     Write(TEXT(""), REG_SZ, Utf16Bytes(W("default"), true));
     Write(TEXT("_x"), REG_NONE, {});
+    Write(TEXT("m"), REG_MULTI_SZ, Bytes({0, 0}));
+    Write(TEXT("e"), REG_EXPAND_SZ, Bytes({0, 0}));
+    Write(TEXT("u5"), 5, {});
+    Write(TEXT("uf"), 0xFFFF, {});
 
     const std::vector<SValueRow> rows = Load(nullptr);
-    ASSERT_EQ(rows.size(), 5u);
-    const char* names[] = {"", "_x", "A", "a2", "b"};
-    const char* texts[] = {"default", "", "", "AB", "bee"};
-    const int images[] = {7, 12, 9, 8, 7};
+    ASSERT_EQ(rows.size(), 9u);
+    const char* names[] = {"", "_x", "A", "a2", "b", "e", "m", "u5", "uf"};
+    const char* texts[] = {"default", "", "", "AB", "bee", "", "...", "", ""};
+    const int images[] = {7, 12, 9, 8, 7, 11, 10, 13, 13};
+    const DWORD types[] = {REG_SZ, REG_NONE, REG_DWORD, REG_BINARY, REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ, 5, 0xFFFF};
     for (size_t i = 0; i < rows.size(); ++i) {
         EXPECT_EQ(rows[i].name, W(names[i])) << i;
         EXPECT_EQ(rows[i].dataText, W(texts[i])) << i;
         EXPECT_EQ(rows[i].image, images[i]) << i;
+        EXPECT_EQ(ValueImage(types[i], true), images[i] - kCutImageOffset) << i;
     }
 }
 
