@@ -16,37 +16,23 @@ int Sign(int value)
 
 TEST(CompareNoCase, FoldsLettersTheWayTheRegistryDoes)
 {
-    struct SCase {
+    const struct {
         const char* a; const char* b; int expected;
-    } const cases[] = {
-        {"HKEY_local_MACHINE", "hkey_LOCAL_machine", 0},
-        {"Ä", "ä", 0},
-        {"ÆØÅ", "æøå", 0},
-        {"Σίσυφος", "ΣΊΣΥΦΟΣ", 0},
-        {"Привет", "ПРИВЕТ", 0},
-        {"ÿ", "Ÿ", 0},
+    } cases[] = {
+        {"HKEY_local_MACHINE", "hkey_LOCAL_machine", 0}, {"Ä", "ä", 0}, {"ÆØÅ", "æøå", 0}, {"ÿ", "Ÿ", 0},
+        {"Σίσυφος", "ΣΊΣΥΦΟΣ", 0}, {"Привет", "ПРИВЕТ", 0}, {"abc", "abd", -1}, {"ab", "abc", -1}, {"", "", 0},
         // Full case mappings that change the length are not simple folds.
         {"ß", "SS", 1},
-        {"abc", "abd", -1},
-        {"ab", "abc", -1},
-        {"", "", 0},
         // ASCII letters sort as lower case, as _wcsicmp does: "_" (0x5F)
         // before "a" (0x61) and after "Z".
-        {"_x", "a", -1},
-        {"_x", "A", -1},
-        {"Z", "_", 1},
-        {"1", "_", -1},
-        {"Zeta", "ärger", -1},
+        {"_x", "a", -1}, {"_x", "A", -1}, {"Z", "_", 1}, {"1", "_", -1}, {"Zeta", "ärger", -1},
     };
-    for (const SCase& item : cases) {
+    for (const auto& item : cases) {
         SCOPED_TRACE(std::string(item.a) + " vs " + item.b);
         EXPECT_EQ(Sign(CompareNoCase(W(item.a), W(item.b))), item.expected);
         EXPECT_EQ(Sign(CompareNoCase(W(item.b), W(item.a))), -item.expected);
     }
-}
-
-TEST(CompareNoCase, CountedFormsStopAtTheCountOrTheEnd)
-{
+    // Counted forms stop at the count or the end.
     EXPECT_EQ(CompareNoCase(W("SOFTWARE\\x"), W("software\\y"), 9), 0);
     EXPECT_NE(CompareNoCase(W("SOFTWARE\\x"), W("software\\y"), 10), 0);
     EXPECT_LT(CompareNoCase(W("ab"), W("abc"), 5), 0);
@@ -55,43 +41,36 @@ TEST(CompareNoCase, CountedFormsStopAtTheCountOrTheEnd)
     EXPECT_EQ(CompareNoCaseN(withNul, other, 3), 0);
 }
 
-TEST(CaseMapping, MapsSingleUnitsAndLeavesOthers)
+TEST(TextHelpers, CaseMappingSpaceHexSearchAndUtf8)
 {
     EXPECT_EQ(ToLowerChar('A'), 'a');
-    EXPECT_EQ(ToUpperChar(0xE4), 0xC4);    // ä
+    EXPECT_EQ(ToUpperChar(0xE4), 0xC4);      // ä
     EXPECT_EQ(ToLowerChar(0x0130), 0x0130);  // İ lowers to two units: kept
     EXPECT_EQ(ToUpperChar(0xD800), 0xD800);  // surrogates are not letters
     EXPECT_EQ(ToUpperChar('1'), '1');
-    CString text = W("ÄbC Σ");
-    text.MakeLower();
-    EXPECT_EQ(text, W("äbc σ"));
-}
+    CString lowered = W("ÄbC Σ");
+    lowered.MakeLower();
+    EXPECT_EQ(lowered, W("äbc σ"));
 
-TEST(TextHelpers, SpaceHexAndSearch)
-{
     for (int c : {0x20, 0x09, 0x0A, 0x0D, 0xA0, 0x3000})
         EXPECT_TRUE(IsSpace(static_cast<WCHAR>(c))) << c;
     for (int c : {0x61, 0x5F, 0x00, 0xFEFF})
         EXPECT_FALSE(IsSpace(static_cast<WCHAR>(c))) << c;
-    EXPECT_EQ(HexDigitValue('f'), 15);
-    EXPECT_EQ(HexDigitValue('F'), 15);
-    EXPECT_EQ(HexDigitValue('g'), -1);
+    EXPECT_EQ(std::vector<int>({HexDigitValue('f'), HexDigitValue('F'), HexDigitValue('g')}),
+              std::vector<int>({15, 15, -1}));
     const CString text = W("abcabd");
     EXPECT_EQ(StrStr(text, W("abd")) - text.GetString(), 3);
     EXPECT_EQ(StrStr(text, W("abe")), nullptr);
     EXPECT_EQ(StrStr(text, W("")), text.GetString());
-}
 
-TEST(Utf8, RoundTripsAndReplacesBrokenInput)
-{
-    const CString text = W("a€😀ß");
-    EXPECT_EQ(text.GetLength(), 5u);  // the emoji is a surrogate pair
-    EXPECT_EQ(ToUtf8(text), "a€😀ß");
+    // UTF-8 round trips; broken input becomes the replacement character.
+    const CString utf8 = W("a€😀ß");
+    EXPECT_EQ(utf8.GetLength(), 5u);  // the emoji is a surrogate pair
+    EXPECT_EQ(ToUtf8(utf8), "a€😀ß");
     EXPECT_EQ(FromUtf8("\xff" "a"), W("\xef\xbf\xbd" "a"));
     const WCHAR lone[] = {0xD800, 'x'};
     EXPECT_EQ(ToUtf8(lone, 2), "\xef\xbf\xbdx");
 }
-
 
 TEST(CStringFormat, FollowsTheWidePrintfRules)
 {
@@ -110,24 +89,17 @@ TEST(CStringFormat, FollowsTheWidePrintfRules)
     EXPECT_EQ(text, W("x=5"));
 }
 
-TEST(CString, SearchesAndCutsByCodeUnits)
+TEST(CString, SearchesCutsEditsAndKeepsEmbeddedNuls)
 {
     const CString path = W("HKLM\\Software\\Foo (3)");
-    EXPECT_EQ(path.Find('\\'), 4);
-    EXPECT_EQ(path.Find('\\', 5), 13);
-    EXPECT_EQ(path.Find(W("Foo")), 14);
-    EXPECT_EQ(path.Find('#'), -1);
-    EXPECT_EQ(path.ReverseFind('('), 18);
-    EXPECT_EQ(path.Left(4), W("HKLM"));
-    EXPECT_EQ(path.Mid(5, 8), W("Software"));
-    EXPECT_EQ(path.Mid(14), W("Foo (3)"));
-    EXPECT_EQ(path.Mid(99), W(""));
-    EXPECT_EQ(path.Right(3), W("(3)"));
+    EXPECT_EQ(std::vector<int>({path.Find('\\'), path.Find('\\', 5), path.Find(W("Foo")), path.Find('#'),
+                                path.ReverseFind('(')}),
+              std::vector<int>({4, 13, 14, -1, 18}));
+    EXPECT_EQ(path.Left(4) + W("|") + path.Mid(5, 8) + W("|") + path.Mid(14) + W("|") + path.Mid(99) + W("|") +
+                  path.Right(3),
+              W("HKLM|Software|Foo (3)||(3)"));
     EXPECT_EQ(path.Right(99), path);
-}
 
-TEST(CString, EditsCompareAndKeepEmbeddedNuls)
-{
     CString text = W("  ab c \t");
     text.Trim();
     EXPECT_EQ(text, W("ab c"));
@@ -155,7 +127,6 @@ TEST(CString, EditsCompareAndKeepEmbeddedNuls)
     EXPECT_EQ(CString(static_cast<LPCWSTR>(nullptr)), W(""));
 }
 
-
 struct STracked {
     explicit STracked(int* live, int value) : live(live), value(value) { ++*live; }
     ~STracked() { --*live; }
@@ -163,7 +134,9 @@ struct STracked {
     int value;
 };
 
-TEST(CShdObjArray, OwnsSortsAndFreesItsElements)
+// The array owns, sorts and frees its elements; the buffer grows zero-filled,
+// copies only when asked, and reports a failed growth instead of throwing.
+TEST(Containers, ObjArrayOwnsItsElementsBinaryBufferGrowsZeroFilled)
 {
     int live = 0;
     {
@@ -179,10 +152,7 @@ TEST(CShdObjArray, OwnsSortsAndFreesItsElements)
         EXPECT_EQ(items.GetCount(), 2u);
     }
     EXPECT_EQ(live, 0);
-}
 
-TEST(CShdBinaryBuffer, GrowsZeroFilledAndCopiesOnlyWhenAsked)
-{
     CShdCopyableBinaryBuffer buffer;
     ASSERT_TRUE(buffer.Append("ab", 2));
     ASSERT_TRUE(buffer.SetSize(4));
@@ -192,7 +162,7 @@ TEST(CShdBinaryBuffer, GrowsZeroFilledAndCopiesOnlyWhenAsked)
     EXPECT_TRUE(buffer.IsEmpty());
     EXPECT_EQ(copy.GetSize(), 4u);
     EXPECT_TRUE(copy.Append(nullptr, 0));
-    EXPECT_FALSE(copy.SetSize(static_cast<size_t>(-1)));  // reports failure instead of throwing
+    EXPECT_FALSE(copy.SetSize(static_cast<size_t>(-1)));
     EXPECT_EQ(copy.GetSize(), 4u);
 }
 

@@ -10,11 +10,8 @@ TEST(FilePaths, TrailingBackslashes)
     struct SCase {
         const char* path; const char* ensured; const char* removed;
     } const cases[] = {
-        {"", "\\", ""},
-        {"\\", "\\", "\\"},
-        {"\\Windows", "\\Windows\\", "\\Windows"},
-        {"\\Windows\\", "\\Windows\\", "\\Windows"},
-        {"a\\\\", "a\\\\", "a\\"},
+        {"", "\\", ""}, {"\\", "\\", "\\"}, {"\\Windows", "\\Windows\\", "\\Windows"},
+        {"\\Windows\\", "\\Windows\\", "\\Windows"}, {"a\\\\", "a\\\\", "a\\"},
     };
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.path);
@@ -61,13 +58,8 @@ TEST(FilePaths, ParentsAndTops)
     struct SCase {
         const char* folder; bool top; const char* parent;
     } const cases[] = {
-        {"\\", true, "\\"},
-        {"\\Windows", false, "\\"},
-        {"\\Storage Card\\Backups", false, "\\Storage Card"},
-        {"C:", true, "C:"},
-        {"C:\\", true, "C:"},
-        {"C:\\users", false, "C:"},
-        {"C:\\users\\q", false, "C:\\users"},
+        {"\\", true, "\\"}, {"\\Windows", false, "\\"}, {"\\Storage Card\\Backups", false, "\\Storage Card"},
+        {"C:", true, "C:"}, {"C:\\", true, "C:"}, {"C:\\users", false, "C:"}, {"C:\\users\\q", false, "C:\\users"},
     };
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.folder);
@@ -81,27 +73,19 @@ TEST(FilePaths, TypedNamesAreCheckedAndCompleted)
     struct SCase {
         const char* typed; EFileNameCheck check; const char* completed;
     } const cases[] = {
-        {"backup", EFileNameCheck::kValid, "backup.reg"},
-        {"backup.txt", EFileNameCheck::kValid, "backup.txt"},
-        {"my.backup", EFileNameCheck::kValid, "my.backup"},
-        {"résumé", EFileNameCheck::kValid, "résumé.reg"},
-        {"", EFileNameCheck::kEmpty, nullptr},
-        {".", EFileNameCheck::kDotName, nullptr},
-        {"..", EFileNameCheck::kDotName, nullptr},
-        {"...", EFileNameCheck::kValid, "..."},
-        {"a\\b", EFileNameCheck::kBadCharacters, nullptr},
-        {"a/b", EFileNameCheck::kBadCharacters, nullptr},
-        {"c:", EFileNameCheck::kBadCharacters, nullptr},
-        {"*", EFileNameCheck::kBadCharacters, nullptr},
-        {"what?", EFileNameCheck::kBadCharacters, nullptr},
-        {"\"q\"", EFileNameCheck::kBadCharacters, nullptr},
-        {"<a>", EFileNameCheck::kBadCharacters, nullptr},
-        {"a|b", EFileNameCheck::kBadCharacters, nullptr},
+        {"backup", EFileNameCheck::kValid, "backup.reg"}, {"backup.txt", EFileNameCheck::kValid, "backup.txt"},
+        {"my.backup", EFileNameCheck::kValid, "my.backup"}, {"résumé", EFileNameCheck::kValid, "résumé.reg"},
+        {"", EFileNameCheck::kEmpty, nullptr},  {".", EFileNameCheck::kDotName, nullptr},
+        {"..", EFileNameCheck::kDotName, nullptr}, {"...", EFileNameCheck::kValid, "..."},
     };
+    for (const char* bad : {"a\\b", "a/b", "c:", "*", "what?", "\"q\"", "<a>", "a|b"}) {
+        EXPECT_EQ(CheckTypedFileName(W(bad)), EFileNameCheck::kBadCharacters) << bad;
+        EXPECT_FALSE(IsValidFileName(W(bad))) << bad;
+    }
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.typed);
         EXPECT_EQ(CheckTypedFileName(W(c.typed)), c.check);
-        EXPECT_EQ(IsValidFileName(W(c.typed)), c.check != EFileNameCheck::kBadCharacters);
+        EXPECT_TRUE(IsValidFileName(W(c.typed)));
         if (c.completed != nullptr) {
             EXPECT_EQ(WithDefaultExtension(W(c.typed)), W(c.completed));
         }
@@ -145,26 +129,15 @@ TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
 
 TEST(FilePaths, SpecialFoldersExpandAtTheStartOnly)
 {
-    const auto resolve = [](int index) -> CString {
-        switch (index) {
-        case 2:
-            return W("\\Windows");
-        case 3:
-            return W("\\Temp\\");
-        default:
-            return CString();
-        }
+    const auto resolve = [](int index) {
+        return index == 2 ? W("\\Windows") : index == 3 ? W("\\Temp\\") : CString();
     };
     struct SCase {
         const char* path; const char* expected;
     } const cases[] = {
-        {"%Windows%", "\\Windows"},
-        {"%windows%\\quenda.reg", "\\Windows\\quenda.reg"},
-        {"%TEMP%\\x.reg", "\\Temp\\x.reg"},
-        {"%Temp%", "\\Temp\\"},
-        {"%StartUp%\\x", "%StartUp%\\x"},
-        {"%Windowsx%", "%Windowsx%"},
-        {"\\a\\%Windows%", "\\a\\%Windows%"},
+        {"%Windows%", "\\Windows"}, {"%windows%\\quenda.reg", "\\Windows\\quenda.reg"},
+        {"%TEMP%\\x.reg", "\\Temp\\x.reg"}, {"%Temp%", "\\Temp\\"}, {"%StartUp%\\x", "%StartUp%\\x"},
+        {"%Windowsx%", "%Windowsx%"}, {"\\a\\%Windows%", "\\a\\%Windows%"},
     };
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.path);

@@ -29,22 +29,16 @@ TEST(DpiScale, RoundsHalfAwayFromZeroInBothDirections)
 TEST(DpiScale, ScreenAxesAndFontHeights)
 {
     CScopedScreenDpi dpi(192, 120);
-    EXPECT_EQ(ScaleX(10), 20);
-    EXPECT_EQ(ScaleY(10), 13);
-    EXPECT_EQ(ScaleY(-10), -13);
-    EXPECT_EQ(FontHeightForPoints(8, 96), -11);
-    EXPECT_EQ(FontHeightForPoints(8, 192), -21);
-    EXPECT_EQ(FontHeightForPoints(9, 96), -12);
+    EXPECT_EQ(std::vector<int>({ScaleX(10), ScaleY(10), ScaleY(-10)}), std::vector<int>({20, 13, -13}));
+    EXPECT_EQ(std::vector<int>({FontHeightForPoints(8, 96), FontHeightForPoints(8, 192), FontHeightForPoints(9, 96)}),
+              std::vector<int>({-11, -21, -12}));
 }
 
 TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99AndPicksMenuBars)
 {
-    EXPECT_EQ(PackOsVersion(4, 20), 0x0420u);
-    EXPECT_EQ(PackOsVersion(4, 21), 0x0421u);
-    EXPECT_EQ(PackOsVersion(5, 0), 0x0500u);
-    EXPECT_EQ(PackOsVersion(10, 0), 0x1000u);
-    EXPECT_EQ(PackOsVersion(120, 2), 0x9902u);
-    EXPECT_EQ(PackOsVersion(5, 250), 0x0599u);
+    EXPECT_EQ(std::vector<DWORD>({PackOsVersion(4, 20), PackOsVersion(4, 21), PackOsVersion(5, 0),
+                                  PackOsVersion(10, 0), PackOsVersion(120, 2), PackOsVersion(5, 250)}),
+              std::vector<DWORD>({0x0420, 0x0421, 0x0500, 0x1000, 0x9902, 0x0599}));
     // Only an old smartphone takes menu bar resources.
     EXPECT_TRUE(UsesMenuBarResource(true, 0x0421));
     EXPECT_FALSE(UsesMenuBarResource(true, 0x0500));
@@ -147,7 +141,7 @@ CString Encoded(DWORD value)
     return CString(key);
 }
 
-TEST(ObjectKey, EncodesValueThenCheckDigitsLowestNibbleFirstAndDecodesBack)
+TEST(ObjectKey, EncodesValueThenCheckDigitsLowestNibbleFirstAndRefusesDamage)
 {
     // Check value of 1..8: 1, 4, 11, 26, 57, 120, 247, 502 = 0x1F6; of eight Fs
     // 15 * 255 = 0xEF1.
@@ -159,20 +153,11 @@ TEST(ObjectKey, EncodesValueThenCheckDigitsLowestNibbleFirstAndDecodesBack)
     EXPECT_EQ(DecodeObjectKey(W("abcdef01").GetString()), 0u) << "too short";
     EXPECT_EQ(DecodeObjectKey(W("123456786f10")), 0x12345678u) << "lower case is accepted";
     EXPECT_EQ(DecodeObjectKey(W("123456786F10trailing")), 0x12345678u);
-}
 
-TEST(ObjectKey, RefusesDamagedKeys)
-{
-    const char* damaged[] = {
-        "123456786F11",  // a check digit altered
-        "123456796F10",  // a value digit altered
-        "213456786F10",  // two digits swapped
-        "123456786F1",   // eleven digits
-        "",
-        "12345678 6F10",
-        "1234567G6F10",
-    };
-    for (const char* text : damaged)
+    // Damaged: a check digit altered, a value digit altered, two digits
+    // swapped, eleven digits, empty, a blank, a non-digit.
+    for (const char* text : {"123456786F11", "123456796F10", "213456786F10", "123456786F1", "", "12345678 6F10",
+                             "1234567G6F10"})
         EXPECT_EQ(DecodeObjectKey(W(text)), 0u) << text;
     EXPECT_EQ(DecodeObjectKey(nullptr), 0u);
 }

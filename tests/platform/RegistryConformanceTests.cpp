@@ -105,10 +105,10 @@ TEST_F(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
     EXPECT_EQ(m_platform.RegEnumKeyExW(m_key, 99, name, &length), ERROR_NO_MORE_ITEMS);
 }
 
-TEST_F(RegistryConformance, NameThatExactlyFillsTheBufferIsMoreData)
+TEST_F(RegistryConformance, ANameThatExactlyFillsTheBufferIsMoreDataAndDataTooLargeReportsItsSize)
 {
     m_platform.RegCloseKey(Create(m_key, W("Sub")));
-    WCHAR name[8];
+    WCHAR name[261];
     for (DWORD capacity : {3u, 2u}) {
         DWORD length = capacity;
         EXPECT_EQ(m_platform.RegEnumKeyExW(m_key, 0, name, &length), ERROR_MORE_DATA);
@@ -127,21 +127,17 @@ TEST_F(RegistryConformance, NameThatExactlyFillsTheBufferIsMoreData)
     EXPECT_EQ(length, 3u);
     EXPECT_EQ(size, 5u) << "the data size is still reported";
     EXPECT_EQ(type, static_cast<DWORD>(REG_BINARY));
-}
+    ASSERT_EQ(m_platform.RegDeleteValueW(m_key, W("val")), ERROR_SUCCESS);
 
-TEST_F(RegistryConformance, ValueDataThatDoesNotFitReportsItsSize)
-{
+    // Value data that does not fit reports its size.
     const std::vector<BYTE> big = Sequence(3000, 7);
     Set(m_key, W("big"), REG_BINARY, big);
-
     BYTE small[1025];
-    DWORD size = sizeof(small);
-    DWORD type = 0;
+    size = sizeof(small);
     EXPECT_EQ(m_platform.RegQueryValueExW(m_key, W("big"), &type, small, &size), ERROR_MORE_DATA);
     EXPECT_EQ(size, 3000u);
 
-    WCHAR name[261];
-    DWORD length = 261;
+    length = 261;
     size = sizeof(small);
     EXPECT_EQ(m_platform.RegEnumValueW(m_key, 0, name, &length, &type, small, &size), ERROR_MORE_DATA);
     EXPECT_EQ(size, 3000u);
@@ -163,31 +159,21 @@ TEST_F(RegistryConformance, ValueDataThatDoesNotFitReportsItsSize)
 }
 
 // Awkward data of every type, stored and read back byte for byte.
-struct SValueCase {
-    const char* name;
-    DWORD type;
-    std::vector<BYTE> data;
-};
-
 TEST_F(RegistryConformance, StoresExactlyTheBytesItIsGiven)
 {
-    const SValueCase cases[] = {
-        {"sz odd, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x00})},
-        {"sz even, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x62, 0x00})},
-        {"sz one byte", REG_SZ, Bytes({0x61})},
-        {"sz embedded nul", REG_SZ, Bytes({0x61, 0, 0, 0, 0x62, 0, 0, 0})},
-        {"sz empty", REG_SZ, {}},
+    const struct {
+        const char* name; DWORD type; std::vector<BYTE> data;
+    } cases[] = {
+        {"sz odd, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x00})}, {"sz one byte", REG_SZ, Bytes({0x61})},
+        {"sz even, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x62, 0x00})}, {"sz empty", REG_SZ, {}},
+        {"sz embedded nul", REG_SZ, Bytes({0x61, 0, 0, 0, 0x62, 0, 0, 0})}, {"none", REG_NONE, Bytes({9})},
         {"expand no terminator", REG_EXPAND_SZ, Bytes({0x25, 0x00, 0x41, 0x00})},
-        {"multi empty list", REG_MULTI_SZ, Bytes({0, 0})},
-        {"multi odd nuls", REG_MULTI_SZ, Bytes({0x61, 0, 0, 0, 0})},
+        {"multi empty list", REG_MULTI_SZ, Bytes({0, 0})}, {"multi odd nuls", REG_MULTI_SZ, Bytes({0x61, 0, 0, 0, 0})},
         {"multi unterminated", REG_MULTI_SZ, Bytes({0x61, 0, 0, 0, 0x62, 0})},
-        {"dword short", REG_DWORD, Bytes({1, 2, 3})},
-        {"dword", REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF})},
-        {"binary empty", REG_BINARY, {}},
-        {"none", REG_NONE, Bytes({9})},
-        {"unknown type", 0x12345, Bytes({1, 2})},
+        {"dword short", REG_DWORD, Bytes({1, 2, 3})}, {"dword", REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF})},
+        {"binary empty", REG_BINARY, {}}, {"unknown type", 0x12345, Bytes({1, 2})},
     };
-    for (const SValueCase& item : cases) {
+    for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
         Set(m_key, W(item.name), item.type, item.data);
         DWORD type = 0;
@@ -235,12 +221,8 @@ TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClass)
                                           &maxValueName, &maxValue),
               ERROR_SUCCESS);
     EXPECT_EQ(CString(className), W("myclass"));
-    EXPECT_EQ(classLength, 7u);
-    EXPECT_EQ(subKeys, 2u);
-    EXPECT_EQ(maxSubKey, 11u);
-    EXPECT_EQ(values, 2u);
-    EXPECT_EQ(maxValueName, 11u);
-    EXPECT_EQ(maxValue, 3u);
+    EXPECT_EQ(std::vector<DWORD>({classLength, subKeys, maxSubKey, values, maxValueName, maxValue}),
+              std::vector<DWORD>({7, 2, 11, 2, 11, 3}));
 
     // A class that exactly fills the buffer does not fit.
     classLength = 7;

@@ -45,34 +45,18 @@ protected:
 
 TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
 {
-    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n"
-                       "@=\"default\"\r\n"
-                       "\"@\"=dword:ffffffff\r\n"
-                       "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n"
-                       "\"bin\"=hex:de,AD,0\r\n"
-                       "\"none\"=hex(0):\r\n"
-                       "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n"
-                       "\"long\"=hex(b):01,02,\\\r\n"
-                       "  ; a comment line inside the value\r\n"
-                       "  03 , 04,\\ ; and one after the backslash\r\n"
-                       "  05\r\n"
-                       "\"ä€\"=\"ü\"\r\n" +
-                       kKey + "\\Forms\\C]\r\n"
-                       "@=dword:1 ; a comment: the line holds no quote\r\n"))
+    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n@=\"default\"\r\n\"@\"=dword:ffffffff\r\n"
+                       "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n\"bin\"=hex:de,AD,0\r\n\"none\"=hex(0):\r\n"
+                       "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n\"long\"=hex(b):01,02,\\\r\n"
+                       "  ; a comment line inside the value\r\n  03 , 04,\\ ; and one after the backslash\r\n"
+                       "  05\r\n\"ä€\"=\"ü\"\r\n" +
+                       kKey + "\\Forms\\C]\r\n@=dword:1 ; a comment: the line holds no quote\r\n"))
         << ToUtf8(m_error);
-    EXPECT_EQ(Dump(),
-              ".\n"
-              "Forms\n"
-              "  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n"
-              "  \"@\" 4: ff ff ff ff\n"
-              "  \"bin\" 3: de ad 00\n"
-              "  \"long\" b: 01 02 03 04 05\n"
-              "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n"
-              "  \"none\" 0:\n"
-              "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n"
-              "  \"ä€\" 1: fc 00 00 00\n"
-              "Forms\\C\n"
-              "  \"\" 4: 01 00 00 00\n");
+    EXPECT_EQ(Dump(), ".\nForms\n  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n  \"@\" 4: ff ff ff ff\n"
+                      "  \"bin\" 3: de ad 00\n  \"long\" b: 01 02 03 04 05\n"
+                      "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n  \"none\" 0:\n"
+                      "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n  \"ä€\" 1: fc 00 00 00\n"
+                      "Forms\\C\n  \"\" 4: 01 00 00 00\n");
     EXPECT_EQ(m_error, W(""));
 }
 
@@ -101,14 +85,10 @@ TEST_F(RegImportRunTest, HeaderMustMatchTheEncodingUnlessTheCheckIsOff)
     const struct {
         bool unicode; const char* header; bool checkHeader; bool imports;
     } cases[] = {
-        {true, kHeader5, true, true},
-        {true, "windows registry editor version 5.00", true, true},
-        {true, "QUENDA4", true, false},
-        {false, "QUENDA4", true, true},
-        {false, "  quenda4  ", true, true},
-        {false, kHeader5, true, false},
-        {true, "QUENDA4", false, true},
-        {false, "REGEDIT4", false, true},
+        {true, kHeader5, true, true},       {true, "windows registry editor version 5.00", true, true},
+        {true, "QUENDA4", true, false},     {false, "QUENDA4", true, true},
+        {false, "  quenda4  ", true, true}, {false, kHeader5, true, false},
+        {true, "QUENDA4", false, true},     {false, "REGEDIT4", false, true},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(std::string(item.header) + (item.unicode ? " unicode" : " ansi") +
@@ -164,7 +144,7 @@ TEST_F(RegImportRunTest, FailedWritesAreReportedAndTheRestIsImported)
     EXPECT_EQ(Dump(), ".\nAfter\n  \"\" 1: 78 00 00 00\nW\n  \"good\" 4: 02 00 00 00\n");
 }
 
-TEST_F(RegImportRunTest, LongLinesLongContinuationsAndTinyFiles)
+TEST_F(RegImportRunTest, LongLinesLongContinuationsTinyFilesAndNoFile)
 {
     std::string hex = std::string(kKey) + "\\Long]\r\n\"run\"=hex:\\\r\n";
     for (int line = 0; line < 400; ++line)
@@ -192,27 +172,23 @@ TEST_F(RegImportRunTest, LongLinesLongContinuationsAndTinyFiles)
     EXPECT_FALSE(ImportBytes("x"));
     EXPECT_EQ(m_error, W("Invalid file header."));
     EXPECT_TRUE(ImportBytes("\n\n")) << "blank lines only: nothing to import";
+
+    CRegImportRun missing(TEXT("no-such-file.reg"), true);
+    EXPECT_FALSE(missing.Run([] { return false; }, m_error));
+    EXPECT_EQ(m_error, W("Unable to open file \"no-such-file.reg\"."));
 }
 
 TEST_F(RegImportRunTest, AnsiFilesWidenTextThroughTheCodePage)
 {
-    std::string file = "QUENDA4\r\n" + std::string(kKey) + "\\Ansi]\r\n\"s\"=\"";
-    file += "\x80\xe4\xff\"\r\n";
-    file += "\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n";
-    ASSERT_TRUE(ImportBytes(file)) << ToUtf8(m_error);
-    EXPECT_EQ(Dump(), ".\nAnsi\n"
-                      "  \"b\" 3: e4\n"
-                      "  \"e\" 2:\n"
-                      "  \"h\" 1: e4 00 ac 20 00 00\n"
+    ASSERT_TRUE(ImportBytes("QUENDA4\r\n" + std::string(kKey) +
+                            "\\Ansi]\r\n\"s\"=\"\x80\xe4\xff\"\r\n\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n"))
+        << ToUtf8(m_error);
+    EXPECT_EQ(Dump(), ".\nAnsi\n  \"b\" 3: e4\n  \"e\" 2:\n  \"h\" 1: e4 00 ac 20 00 00\n"
                       "  \"s\" 1: ac 20 e4 00 ff 00 00 00\n");
 }
 
-TEST_F(RegImportRunTest, OpenFailureAndCancelSeenOnlyAtTheEnd)
+TEST_F(RegImportRunTest, CancelIsSeenOnlyAtTheEnd)
 {
-    CRegImportRun missing(TEXT("no-such-file.reg"), true);
-    EXPECT_FALSE(missing.Run([] { return false; }, m_error));
-    EXPECT_EQ(m_error, W("Unable to open file \"no-such-file.reg\"."));
-
     EXPECT_FALSE(ImportBytes(Utf16FileBytes(std::string(kHeader5) + "\r\n" + kKey + "\\C]\r\n@=dword:5\r\n"), true,
                              0x80000, true));
     EXPECT_EQ(m_error, W("Cancelled by user."));
