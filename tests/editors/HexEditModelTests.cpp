@@ -81,12 +81,9 @@ TEST(HexEditModel, ScrollBarFiguresAndScrolling)
     const struct {
         size_t size; UINT perRow; int scrolls; M::EScroll action; int thumb; SHexScrollInfo expected; size_t caret;
     } cases[] = {
-        {0, 4, 0, M::kTop, 0, {3, 4, 0}, 0},
-        {5, 4, 0, M::kTop, 0, {3, 4, 0}, 0},
-        {40, 4, 1, M::kLineDown, 0, {10, 4, 1}, 4},
-        {40, 4, 1, M::kPageDownScroll, 0, {10, 4, 4}, 16},
-        {40, 4, 2, M::kPageDownScroll, 0, {10, 4, 7}, 28},
-        {40, 4, 1, M::kThumb, 100, {10, 4, 7}, 28},
+        {0, 4, 0, M::kTop, 0, {3, 4, 0}, 0}, {5, 4, 0, M::kTop, 0, {3, 4, 0}, 0},
+        {40, 4, 1, M::kLineDown, 0, {10, 4, 1}, 4}, {40, 4, 1, M::kPageDownScroll, 0, {10, 4, 4}, 16},
+        {40, 4, 2, M::kPageDownScroll, 0, {10, 4, 7}, 28}, {40, 4, 1, M::kThumb, 100, {10, 4, 7}, 28},
         {0x10000, 16, 1, M::kBottom, 0, {4096, 4, 4093}, 4093 * 16},
         // 0 bytes a row asked: as many as fit, 7 here.
         {40, 0, 0, M::kTop, 0, {6, 4, 0}, 0},
@@ -157,12 +154,9 @@ TEST(HexEditModel, TypingInsertsBytes)
         std::vector<BYTE> data; bool hex, selectAll; const char* typed; std::vector<BYTE> expected; size_t caret;
         bool pending;
     } cases[] = {
-        {{}, true, false, "4", {0x40}, 0, true},
-        {{}, true, false, "41", {0x41}, 1, false},
-        {{}, true, false, "4g\x08 1", {0x41}, 1, false},
-        {{}, true, false, "a1Bf", {0xA1, 0xBF}, 2, false},
-        {{0x00, 0x11, 0x22}, true, true, "5", {0x50}, 0, true},
-        {{}, false, false, "Az", {0x41, 0x7A}, 2, false},
+        {{}, true, false, "4", {0x40}, 0, true}, {{}, true, false, "41", {0x41}, 1, false},
+        {{}, true, false, "4g\x08 1", {0x41}, 1, false}, {{}, true, false, "a1Bf", {0xA1, 0xBF}, 2, false},
+        {{0x00, 0x11, 0x22}, true, true, "5", {0x50}, 0, true}, {{}, false, false, "Az", {0x41, 0x7A}, 2, false},
         {{0xAA}, false, false, "\xE2\x82\xAC", {0x80, 0xAA}, 1, false},
     };
     for (const auto& c : cases) {
@@ -194,8 +188,7 @@ TEST(HexEditModel, PastesAndCopies)
     } cases[] = {
         {CHexEditModel::kPasteHex, "1 2 3", true, {0xAA, 0x01, 0x23, 0xBB}},
         {CHexEditModel::kPasteHex, " 0a\r\n\tfF ", true, {0xAA, 0x0A, 0xFF, 0xBB}},
-        {CHexEditModel::kPasteHex, "", true, {0xAA, 0xBB}},
-        {CHexEditModel::kPasteHex, "xyz", false, {0xAA, 0xBB}},
+        {CHexEditModel::kPasteHex, "", true, {0xAA, 0xBB}}, {CHexEditModel::kPasteHex, "xyz", false, {0xAA, 0xBB}},
         {CHexEditModel::kPasteHex, "12 3g", false, {0xAA, 0xBB}},
         {CHexEditModel::kPasteAnsiText, "A\xE2\x82\xAC", true, {0xAA, 0x41, 0x80, 0xBB}},
         {CHexEditModel::kPasteUnicodeText, "A\xE2\x82\xAC", true, {0xAA, 0x41, 0x00, 0xAC, 0x20, 0xBB}},

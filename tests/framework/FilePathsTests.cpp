@@ -30,8 +30,7 @@ TEST(FilePaths, SplitsPathsAndExtensions)
         const char* path; const char* folder; const char* name; const char* base; const char* extension;
     } const cases[] = {
         {"\\My Documents\\backup.reg", "\\My Documents", "backup.reg", "\\My Documents\\backup", ".reg"},
-        {"\\backup.reg", "\\", "backup.reg", "\\backup", ".reg"},
-        {"\\Windows\\", "\\Windows", "", "\\Windows\\", ""},
+        {"\\backup.reg", "\\", "backup.reg", "\\backup", ".reg"}, {"\\Windows\\", "\\Windows", "", "\\Windows\\", ""},
         {"name", "", "name", "name", ""},
         // A dot in a folder is no extension of the name.
         {"\\v1.2\\readme", "\\v1.2", "readme", "\\v1.2\\readme", ""},
@@ -115,8 +114,7 @@ TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
         {"\\My Documents\\Personal\\Backups", 36, "Location: \\My Documents\\P...\\Backups"},
         {"\\My Documents\\Personal\\Backups", 22, "Location: \\...\\Backups"},
         {"\\My Documents\\Personal\\Backups", 21, "Location: ...\\Backups"},
-        {"\\My Documents\\Personal\\Backups", 18, "Location: ...ckups"},
-        {"\\Windows", 17, "Location: ...dows"},
+        {"\\My Documents\\Personal\\Backups", 18, "Location: ...ckups"}, {"\\Windows", 17, "Location: ...dows"},
         {"\\Windows", 1, "Location: ..."},
     };
     for (const SCase& c : cases) {

@@ -66,8 +66,7 @@ TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
         const char* body; int line;
     } cases[] = {
         // Lines 1 and 2 are the header and the empty line after it.
-        {"\"v\"=\"x\"\r\n", 3},
-        {"\r\n\r\n[HKLM\\Software]\r\n", 5},
+        {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\nname=\"x\"\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:01,\\\r\n\r\n  02,\\\r\n  zz\r\n", 7},

@@ -12,11 +12,8 @@ TEST(RegSyntax, CommentsEndAtTheFirstQuote)
     const struct {
         const char* line; const char* stripped;
     } cases[] = {
-        {"@=dword:1 ; note", "@=dword:1 "},
-        {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
-        {"\"a\"=hex:01 ; note", "\"a\"=hex:01 ; note"},
-        {"  01,02 ; more", "  01,02 "},
-        {"; whole line", ""},
+        {"@=dword:1 ; note", "@=dword:1 "}, {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
+        {"\"a\"=hex:01 ; note", "\"a\"=hex:01 ; note"}, {"  01,02 ; more", "  01,02 "}, {"; whole line", ""},
         {"\"a;b\"=\"c\\\";d\"", "\"a;b\"=\"c\\\";d\""},
     };
     for (const auto& item : cases) {
@@ -35,8 +32,7 @@ TEST(RegSyntax, KeyLinesNeedALongRootName)
         {"[hkey_local_machine]", EKeyLine::Key, false, HKEY_LOCAL_MACHINE, ""},
         {"[-HKEY_USERS\\a]b]c", EKeyLine::Key, true, HKEY_USERS, "a]b"},
         {"[HKLM\\Software]", EKeyLine::SyntaxError, false, nullptr, ""},
-        {"[]", EKeyLine::SyntaxError, false, nullptr, ""},
-        {"[-]", EKeyLine::SyntaxError, true, nullptr, ""},
+        {"[]", EKeyLine::SyntaxError, false, nullptr, ""}, {"[-]", EKeyLine::SyntaxError, true, nullptr, ""},
         {"[HKEY_CURRENT_USER", EKeyLine::NotKeyLine, false, nullptr, ""},
         {"\"[x]\"=\"y\"", EKeyLine::NotKeyLine, false, nullptr, ""},
     };
@@ -59,13 +55,8 @@ TEST(RegSyntax, ValueNames)
     const struct {
         const char* line; bool ok; const char* name; size_t dataAt;
     } cases[] = {
-        {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10},
-        {"@=x", true, "", 2},
-        {"\"@\" = x", true, "@", 5},
-        {"  \"n\"\t=", true, "n", 7},
-        {"\"open=x", false, "", 0},
-        {"name=x", false, "", 0},
-        {"\"n\" x", false, "", 0},
+        {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10}, {"@=x", true, "", 2}, {"\"@\" = x", true, "@", 5},
+        {"  \"n\"\t=", true, "n", 7}, {"\"open=x", false, "", 0}, {"name=x", false, "", 0}, {"\"n\" x", false, "", 0},
         {"\"ends\\", false, "", 0},
     };
     for (const auto& item : cases) {
@@ -88,33 +79,22 @@ TEST(RegSyntax, DataForms)
         const char* data; EData result; DWORD type; std::vector<BYTE> bytes;
     } cases[] = {
         {"\"x\\\"y\"", EData::Complete, REG_SZ, Bytes({'x', 0, '"', 0, 'y', 0, 0, 0})},
-        {"\"\"  ", EData::Complete, REG_SZ, Bytes({0, 0})},
-        {"\"x\" y", EData::SyntaxError, 0, {}},
+        {"\"\"  ", EData::Complete, REG_SZ, Bytes({0, 0})}, {"\"x\" y", EData::SyntaxError, 0, {}},
         {"\"open", EData::SyntaxError, 0, {}},
         {"dword:ffffffff", EData::Complete, REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF})},
-        {"DWORD: 1", EData::Complete, REG_DWORD, Bytes({1, 0, 0, 0})},
-        {"dword:100000000", EData::SyntaxError, 0, {}},
-        {"dword:", EData::SyntaxError, 0, {}},
-        {"dword:1x", EData::SyntaxError, 0, {}},
+        {"DWORD: 1", EData::Complete, REG_DWORD, Bytes({1, 0, 0, 0})}, {"dword:100000000", EData::SyntaxError, 0, {}},
+        {"dword:", EData::SyntaxError, 0, {}}, {"dword:1x", EData::SyntaxError, 0, {}},
         {"hex:1,2,3", EData::Complete, REG_BINARY, Bytes({1, 2, 3})},
         {"Hex: 0a , FF ,", EData::Complete, REG_BINARY, Bytes({0x0A, 0xFF})},
-        {"hex:", EData::Complete, REG_BINARY, {}},
-        {"hex:123", EData::SyntaxError, 0, {}},
-        {"hex:01 02", EData::SyntaxError, 0, {}},
-        {"hex:,01", EData::SyntaxError, 0, {}},
-        {"hex:01,\\", EData::Continues, REG_BINARY, Bytes({1})},
-        {"hex:\\", EData::Continues, REG_BINARY, {}},
+        {"hex:", EData::Complete, REG_BINARY, {}}, {"hex:123", EData::SyntaxError, 0, {}},
+        {"hex:01 02", EData::SyntaxError, 0, {}}, {"hex:,01", EData::SyntaxError, 0, {}},
+        {"hex:01,\\", EData::Continues, REG_BINARY, Bytes({1})}, {"hex:\\", EData::Continues, REG_BINARY, {}},
         {"hex:01\\ x", EData::SyntaxError, 0, {}},
         {"hex(7):61,00,00,00", EData::Complete, REG_MULTI_SZ, Bytes({0x61, 0, 0, 0})},
-        {"hex(0):", EData::Complete, REG_NONE, {}},
-        {"HEX(FfFfFfFf):01", EData::Complete, 0xFFFFFFFF, Bytes({1})},
-        {"hex(123456789):01", EData::SyntaxError, 0, {}},
-        {"hex():01", EData::SyntaxError, 0, {}},
-        {"hex(2)01", EData::SyntaxError, 0, {}},
-        {"hex", EData::SyntaxError, 0, {}},
-        {"he", EData::SyntaxError, 0, {}},
-        {"", EData::SyntaxError, 0, {}},
-        {"binary:01", EData::SyntaxError, 0, {}},
+        {"hex(0):", EData::Complete, REG_NONE, {}}, {"HEX(FfFfFfFf):01", EData::Complete, 0xFFFFFFFF, Bytes({1})},
+        {"hex(123456789):01", EData::SyntaxError, 0, {}}, {"hex():01", EData::SyntaxError, 0, {}},
+        {"hex(2)01", EData::SyntaxError, 0, {}}, {"hex", EData::SyntaxError, 0, {}},
+        {"he", EData::SyntaxError, 0, {}}, {"", EData::SyntaxError, 0, {}}, {"binary:01", EData::SyntaxError, 0, {}},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.data);

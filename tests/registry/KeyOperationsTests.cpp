@@ -83,13 +83,9 @@ TEST(KeyOperations, IsSameOrDescendant)
     const struct {
         const char* pathA; const char* pathB; bool allowEqual; bool expected;
     } cases[] = {
-        {"Software\\A", "software", false, true},
-        {"Software\\A", "SOFTWARE\\a", true, true},
-        {"Software\\A", "SOFTWARE\\a", false, false},
-        {"SoftwareX", "Software", true, false},
-        {"Soft", "Software", true, false},
-        {"Software", "", true, false},
-        {"", "", true, true},
+        {"Software\\A", "software", false, true}, {"Software\\A", "SOFTWARE\\a", true, true},
+        {"Software\\A", "SOFTWARE\\a", false, false}, {"SoftwareX", "Software", true, false},
+        {"Soft", "Software", true, false}, {"Software", "", true, false}, {"", "", true, true},
         {"Äpfel\\x", "äPFEL", false, true},
     };
     for (const auto& item : cases) {
@@ -106,19 +102,12 @@ TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
     const struct {
         const char* source; std::set<std::string> taken; const char* expected;
     } cases[] = {
-        {"Foo", {"Foo"}, "Foo (2)"},
-        {"Foo", {"Foo", "foo (2)"}, "Foo (3)"},
-        {"Foo (3)", {"Foo", "Foo (3)"}, "Foo (2)"},
-        {"Foo (2)", {"Foo (2)"}, "Foo (3)"},
-        {"Foo (0)", {}, "Foo (0) (2)"},
-        {"Foo (-4)", {}, "Foo (-4) (2)"},
-        {"Foo (7x)", {}, "Foo (2)"},
-        {"Foo(5)", {}, "Foo(5) (2)"},
-        {"(5)", {}, "(5) (2)"},
-        {" (5)", {}, " (2)"},
+        {"Foo", {"Foo"}, "Foo (2)"}, {"Foo", {"Foo", "foo (2)"}, "Foo (3)"},
+        {"Foo (3)", {"Foo", "Foo (3)"}, "Foo (2)"}, {"Foo (2)", {"Foo (2)"}, "Foo (3)"},
+        {"Foo (0)", {}, "Foo (0) (2)"}, {"Foo (-4)", {}, "Foo (-4) (2)"}, {"Foo (7x)", {}, "Foo (2)"},
+        {"Foo(5)", {}, "Foo(5) (2)"}, {"(5)", {}, "(5) (2)"}, {" (5)", {}, " (2)"},
         // Read into a 32-bit long: too large a number is its limit.
-        {"Foo (9300000000000000000)", {}, "Foo (2)"},
-        {"Foo (2147483648)", {}, "Foo (2)"},
+        {"Foo (9300000000000000000)", {}, "Foo (2)"}, {"Foo (2147483648)", {}, "Foo (2)"},
         {"Foo (-9300000000000000000)", {}, "Foo (-9300000000000000000) (2)"},
     };
     for (const auto& item : cases) {

@@ -11,15 +11,10 @@ TEST(RootNames, ParseLongAndShortNamesWithoutRegardToCase)
     const struct {
         const char* text; HKEY root; HKEY longRoot;
     } cases[] = {
-        {"hklm", HKEY_LOCAL_MACHINE, nullptr},
-        {"HKEY_local_MACHINE", HKEY_LOCAL_MACHINE, HKEY_LOCAL_MACHINE},
-        {"HKU", HKEY_USERS, nullptr},
-        {"HKEY_USERS", HKEY_USERS, HKEY_USERS},
-        {"hkcr", HKEY_CLASSES_ROOT, nullptr},
-        {"HKEY_CURRENT_USER", HKEY_CURRENT_USER, HKEY_CURRENT_USER},
-        {"HKCR\\", nullptr, nullptr},
-        {" HKCU", nullptr, nullptr},
-        {"", nullptr, nullptr},
+        {"hklm", HKEY_LOCAL_MACHINE, nullptr}, {"HKEY_local_MACHINE", HKEY_LOCAL_MACHINE, HKEY_LOCAL_MACHINE},
+        {"HKU", HKEY_USERS, nullptr}, {"HKEY_USERS", HKEY_USERS, HKEY_USERS}, {"hkcr", HKEY_CLASSES_ROOT, nullptr},
+        {"HKEY_CURRENT_USER", HKEY_CURRENT_USER, HKEY_CURRENT_USER}, {"HKCR\\", nullptr, nullptr},
+        {" HKCU", nullptr, nullptr}, {"", nullptr, nullptr},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.text);

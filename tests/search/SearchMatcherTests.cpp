@@ -54,8 +54,7 @@ TEST(SearchMatcher, NamesAndDataMatchByTheRuleOfTheirType)
         const char* text; int flags; DWORD type; std::vector<BYTE> data; bool matches;
     } const cases[] = {
         // Numbers in either notation; case and whole-string rules do not apply.
-        {"0x10", kPlain, REG_DWORD, sixteen, true},
-        {"16", kWhole | kCase, REG_DWORD, sixteen, true},
+        {"0x10", kPlain, REG_DWORD, sixteen, true}, {"16", kWhole | kCase, REG_DWORD, sixteen, true},
         {"-1", kPlain, REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}), false},
         {"0", kPlain, REG_DWORD, Bytes({16, 0}), true},
         // Strings, as names are matched; they end at their first NUL.

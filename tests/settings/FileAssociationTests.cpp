@@ -39,8 +39,7 @@ TEST_F(FileAssociationTest, ProgramPathComesFromTheInstallationRecord)
         DWORD type; const char* directory; const char* path;
     } cases[] = {
         {REG_SZ, "\\Program Files\\Quenda", "\\Program Files\\Quenda\\Quenda.exe"},
-        {REG_EXPAND_SZ, "\\Storage Card\\Über\\", "\\Storage Card\\Über\\Quenda.exe"},
-        {REG_SZ, "", ""},
+        {REG_EXPAND_SZ, "\\Storage Card\\Über\\", "\\Storage Card\\Über\\Quenda.exe"}, {REG_SZ, "", ""},
         {REG_BINARY, "\\Windows", ""},
     };
     for (const auto& c : cases) {
