@@ -5,57 +5,52 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "tests/support/TestFiles.h"
 #include "tests/support/TestText.h"
 
 namespace {
 
-// Files are made in the test's working folder, inside the build tree.
-class PlatformFiles : public testing::Test {
-protected:
-    void TearDown() override { m_platform.DeleteFileW(m_path); }
-
-    IPlatform& m_platform = Platform();
-    const CString m_path = W("platform-files-test.bin");
-};
-
-TEST_F(PlatformFiles, CreateWriteSeekReadAndDelete)
+TEST(PlatformFiles, CreateWriteSeekReadAndDelete)
 {
-    HANDLE file = m_platform.CreateFileW(m_path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    IPlatform& platform = Platform();
+    const CTestFile testFile("platform-files-test.bin");
+    const CString& path = testFile.Path();
+    HANDLE file = platform.CreateFileW(path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
     DWORD written = 0;
-    ASSERT_TRUE(m_platform.WriteFile(file, "hello, world", 12, &written));
+    ASSERT_TRUE(platform.WriteFile(file, "hello, world", 12, &written));
     EXPECT_EQ(written, 12u);
-    EXPECT_TRUE(m_platform.FlushFileBuffers(file));
-    EXPECT_TRUE(m_platform.CloseHandle(file));
+    EXPECT_TRUE(platform.FlushFileBuffers(file));
+    EXPECT_TRUE(platform.CloseHandle(file));
 
-    EXPECT_EQ(m_platform.CreateFileW(m_path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL),
+    EXPECT_EQ(platform.CreateFileW(path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL),
               INVALID_HANDLE_VALUE);
-    EXPECT_EQ(m_platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_EXISTS));
+    EXPECT_EQ(platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_EXISTS));
 
-    file = m_platform.CreateFileW(m_path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    file = platform.CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    EXPECT_EQ(m_platform.GetFileSize(file), 12u);
-    EXPECT_EQ(m_platform.SetFilePointer(file, 7, FILE_BEGIN), 7u);
+    EXPECT_EQ(platform.GetFileSize(file), 12u);
+    EXPECT_EQ(platform.SetFilePointer(file, 7, FILE_BEGIN), 7u);
     char buffer[16] = {};
     DWORD read = 0;
-    ASSERT_TRUE(m_platform.ReadFile(file, buffer, sizeof(buffer), &read));
+    ASSERT_TRUE(platform.ReadFile(file, buffer, sizeof(buffer), &read));
     EXPECT_EQ(std::string(buffer, read), "world") << "a read at the end is short, not a failure";
-    ASSERT_TRUE(m_platform.ReadFile(file, buffer, sizeof(buffer), &read));
+    ASSERT_TRUE(platform.ReadFile(file, buffer, sizeof(buffer), &read));
     EXPECT_EQ(read, 0u);
-    EXPECT_EQ(m_platform.SetFilePointer(file, -2, FILE_END), 10u);
-    EXPECT_EQ(m_platform.SetFilePointer(file, 0, FILE_CURRENT), 10u);
-    EXPECT_TRUE(m_platform.CloseHandle(file));
+    EXPECT_EQ(platform.SetFilePointer(file, -2, FILE_END), 10u);
+    EXPECT_EQ(platform.SetFilePointer(file, 0, FILE_CURRENT), 10u);
+    EXPECT_TRUE(platform.CloseHandle(file));
 
-    EXPECT_EQ(m_platform.GetFileAttributesW(m_path) & FILE_ATTRIBUTE_DIRECTORY, 0u);
-    EXPECT_EQ(m_platform.GetFileAttributesW(W(".")) & FILE_ATTRIBUTE_DIRECTORY,
+    EXPECT_EQ(platform.GetFileAttributesW(path) & FILE_ATTRIBUTE_DIRECTORY, 0u);
+    EXPECT_EQ(platform.GetFileAttributesW(W(".")) & FILE_ATTRIBUTE_DIRECTORY,
               static_cast<DWORD>(FILE_ATTRIBUTE_DIRECTORY));
-    EXPECT_TRUE(m_platform.DeleteFileW(m_path));
-    EXPECT_EQ(m_platform.GetFileAttributesW(m_path), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(m_platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-    EXPECT_EQ(m_platform.CreateFileW(m_path, GENERIC_READ, 0, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL),
+    EXPECT_TRUE(platform.DeleteFileW(path));
+    EXPECT_EQ(platform.GetFileAttributesW(path), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(platform.CreateFileW(path, GENERIC_READ, 0, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL),
               INVALID_HANDLE_VALUE);
-    EXPECT_EQ(m_platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-    EXPECT_FALSE(m_platform.DeleteFileW(m_path));
+    EXPECT_EQ(platform.GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_FALSE(platform.DeleteFileW(path));
 }
 
 // The ANSI code page is Windows-1252 on both builds (the test prefix runs
@@ -70,10 +65,9 @@ TEST(PlatformText, AnsiIsWindows1252BothWays)
     ASSERT_EQ(platform.MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, bytes.data(), static_cast<int>(bytes.size()),
                                            wide.data(), static_cast<int>(wide.size())),
               static_cast<int>(bytes.size()));
-    EXPECT_EQ(wide[0x80 - 0x20], 0x20AC);  // euro sign
-    EXPECT_EQ(wide[0x8A - 0x20], 0x0160);  // Š
-    EXPECT_EQ(wide[0x9F - 0x20], 0x0178);  // Ÿ
-    EXPECT_EQ(wide[0xE4 - 0x20], 0x00E4);  // ä
+    // The euro sign, Š, Ÿ and ä.
+    EXPECT_EQ(std::vector<WCHAR>({wide[0x80 - 0x20], wide[0x8A - 0x20], wide[0x9F - 0x20], wide[0xE4 - 0x20]}),
+              std::vector<WCHAR>({0x20AC, 0x0160, 0x0178, 0x00E4}));
 
     std::string back(bytes.size(), '\0');
     ASSERT_EQ(platform.WideCharToMultiByte(CP_ACP, WC_COMPOSITECHECK, wide.data(), static_cast<int>(wide.size()),
@@ -90,7 +84,6 @@ TEST(PlatformText, AnsiIsWindows1252BothWays)
     EXPECT_EQ(platform.WideCharToMultiByte(CP_ACP, 0, W("abc"), 3, narrow, 2), 0);
     EXPECT_EQ(platform.GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
 }
-
 
 // Long enough for any healthy thread; a broken one fails the test instead of
 // hanging it.
@@ -134,10 +127,10 @@ TEST(PlatformThreads, ManualResetEventsStaySetAutoResetOnesAreConsumed)
     IPlatform& platform = Platform();
     HANDLE manual = platform.CreateEventW(TRUE, TRUE);
     HANDLE automatic = platform.CreateEventW(FALSE, TRUE);
-    EXPECT_EQ(platform.WaitForSingleObject(manual, 0), static_cast<DWORD>(WAIT_OBJECT_0));
-    EXPECT_EQ(platform.WaitForSingleObject(manual, 0), static_cast<DWORD>(WAIT_OBJECT_0));
-    EXPECT_EQ(platform.WaitForSingleObject(automatic, 0), static_cast<DWORD>(WAIT_OBJECT_0));
-    EXPECT_EQ(platform.WaitForSingleObject(automatic, 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    std::vector<DWORD> waits;
+    for (HANDLE event : {manual, manual, automatic, automatic})
+        waits.push_back(platform.WaitForSingleObject(event, 0));
+    EXPECT_EQ(waits, std::vector<DWORD>({WAIT_OBJECT_0, WAIT_OBJECT_0, WAIT_OBJECT_0, WAIT_TIMEOUT}));
 
     platform.ResetEvent(manual);
     const HANDLE pair[] = {manual, automatic};

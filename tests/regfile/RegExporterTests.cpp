@@ -44,39 +44,30 @@ std::string Version5Text(const char* utf8Text)
 
 class RegExporterTest : public testing::Test {
 protected:
-    RegExporterTest() : m_scoped(m_platform), m_scratch(TEXT("Export")), m_file("export-test.reg") {}
-
-    void Write(const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data)
-    {
-        WriteTestValue(m_scratch.Handle(), W(keyPath), W(name), type, data);
-    }
-
     // The registry behind data/every-form-*.reg.
-    void FillEveryForm()
+    RegExporterTest() : m_scoped(m_platform), m_scratch(TEXT("Export")), m_file("export-test.reg")
     {
-        Write("", "", REG_SZ, Utf16Bytes(W("Default value"), true));
-        Write("", "@", REG_SZ, Utf16Bytes(W("literal at"), true));
-        Write("", "binary25", REG_BINARY, Sequence(25));
-        Write("", "binary26", REG_BINARY, Sequence(26));
-        Write("", "dword", REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12}));
-        Write("", "dword3", REG_DWORD, Bytes({1, 2, 3}));
-        Write("", "embedded", REG_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true));
-        Write("", "empty", REG_BINARY, {});
-        Write("", "expand", REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%\\ü"), true));
-        Write("", "Grüße", REG_SZ, Utf16Bytes(W("Müller \"quoted\" C:\\path"), true));
-        Write("", "lines", REG_SZ, Utf16Bytes(W("one\r\ntwo\tthree"), true));
-        Write("", "multi", REG_MULTI_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true) + Bytes({0, 0, 0, 0}));
-        Write("", "none", REG_NONE, Bytes({1, 2}));
-        Write("", "odd", REG_SZ, Bytes({0x61, 0, 0x62}));
-        Write("", "quote\"and\\slash", REG_SZ, Utf16Bytes(W("a\"b\\c"), true));
-        Write("", "qword", REG_QWORD, Bytes({1, 2, 3, 4, 5, 6, 7, 8}));
-        Write("", "unknown", 0x1234, Bytes({0xFF}));
-        Write("", "unterminated", REG_SZ, Utf16Bytes(W("abc"), false));
-        Write("a", "inA", REG_DWORD, Bytes({1, 0, 0, 0}));
-        Write("a\\Ünïcode", "x", REG_SZ, Utf16Bytes(W("é"), true));
+        const struct {
+            const char* key; const char* name; DWORD type; std::vector<BYTE> data;
+        } values[] = {
+            {"", "", REG_SZ, Utf16Bytes(W("Default value"), true)}, {"", "@", REG_SZ, Utf16Bytes(W("literal at"), true)},
+            {"", "binary25", REG_BINARY, Sequence(25)}, {"", "binary26", REG_BINARY, Sequence(26)},
+            {"", "dword", REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12})}, {"", "dword3", REG_DWORD, Bytes({1, 2, 3})},
+            {"", "embedded", REG_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true)},
+            {"", "empty", REG_BINARY, {}}, {"", "expand", REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%\\ü"), true)},
+            {"", "Grüße", REG_SZ, Utf16Bytes(W("Müller \"quoted\" C:\\path"), true)},
+            {"", "lines", REG_SZ, Utf16Bytes(W("one\r\ntwo\tthree"), true)},
+            {"", "multi", REG_MULTI_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true) + Bytes({0, 0, 0, 0})},
+            {"", "none", REG_NONE, Bytes({1, 2})}, {"", "odd", REG_SZ, Bytes({0x61, 0, 0x62})},
+            {"", "quote\"and\\slash", REG_SZ, Utf16Bytes(W("a\"b\\c"), true)},
+            {"", "qword", REG_QWORD, Bytes({1, 2, 3, 4, 5, 6, 7, 8})}, {"", "unknown", 0x1234, Bytes({0xFF})},
+            {"", "unterminated", REG_SZ, Utf16Bytes(W("abc"), false)}, {"a", "inA", REG_DWORD, Bytes({1, 0, 0, 0})},
+            {"a\\Ünïcode", "x", REG_SZ, Utf16Bytes(W("é"), true)}, {"c", "", REG_SZ, Utf16Bytes(W("c default"), true)},
+        };
+        for (const auto& value : values)
+            WriteTestValue(m_scratch.Handle(), W(value.key), W(value.name), value.type, value.data);
         CShdRegKey b(true);
-        ASSERT_TRUE(b.Create(m_scratch.Handle(), W("B"), nullptr));
-        Write("c", "", REG_SZ, Utf16Bytes(W("c default"), true));
+        EXPECT_TRUE(b.Create(m_scratch.Handle(), W("B"), nullptr));
     }
 
     // Exports the scratch key (or the whole registry) to the end; false if
@@ -97,7 +88,6 @@ protected:
 
 TEST_F(RegExporterTest, EveryValueFormInBothVersions)
 {
-    FillEveryForm();
     for (bool unicode : {true, false}) {
         SCOPED_TRACE(unicode ? "version 5" : "version 4");
         bool result = false;
@@ -111,7 +101,6 @@ TEST_F(RegExporterTest, EveryValueFormInBothVersions)
 
 TEST_F(RegExporterTest, AKeyThatCannotBeOpenedIsSkippedWithItsSubtree)
 {
-    FillEveryForm();
     m_platform.FailOpen(TEXT("a"));
     bool result = false;
     ASSERT_TRUE(Export(true, result));
@@ -128,7 +117,6 @@ TEST_F(RegExporterTest, AKeyThatCannotBeOpenedIsSkippedWithItsSubtree)
 
 TEST_F(RegExporterTest, ACancelledExportEndsWithTheCancelLine)
 {
-    FillEveryForm();
     m_platform.PauseAt(TEXT("c"));
     ASSERT_TRUE(m_exporter.Start(m_file.Path(), false, true, HKEY_CURRENT_USER, m_scratch.Path()));
     ASSERT_TRUE(m_platform.WaitUntilReached());
@@ -143,7 +131,6 @@ TEST_F(RegExporterTest, ACancelledExportEndsWithTheCancelLine)
 
 TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
 {
-    FillEveryForm();
     m_platform.LimitFileWrites(100);
     bool result = true;
     ASSERT_TRUE(Export(true, result));
@@ -160,7 +147,8 @@ TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
         DeleteTreeForTests(m_scratch.Handle(), TEXT("Ideographs"));
-        Write("Ideographs", item.name, REG_MULTI_SZ, Utf16Bytes(W(item.text), true) + Bytes({0, 0}));
+        WriteTestValue(m_scratch.Handle(), W("Ideographs"), W(item.name), REG_MULTI_SZ,
+                       Utf16Bytes(W(item.text), true) + Bytes({0, 0}));
         ASSERT_TRUE(Export(false, result));
         EXPECT_FALSE(result);
         ASSERT_TRUE(Export(true, result));
@@ -170,7 +158,6 @@ TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
 
 TEST_F(RegExporterTest, TheWholeRegistryHoldsTheFourRootsInOrder)
 {
-    Write("", "v", REG_DWORD, Bytes({1, 0, 0, 0}));
     bool result = false;
     ASSERT_TRUE(Export(true, result, true));
     EXPECT_TRUE(result);
@@ -184,7 +171,7 @@ TEST_F(RegExporterTest, TheWholeRegistryHoldsTheFourRootsInOrder)
         EXPECT_GT(position, previous);
         previous = position;
     }
-    EXPECT_NE(file.find(Version5Text("[HKEY_CURRENT_USER\\Software\\QuendaTests\\Export]\n\"v\"=dword:00000001\n")),
+    EXPECT_NE(file.find(Version5Text("[HKEY_CURRENT_USER\\Software\\QuendaTests\\Export]\n\"@\"=\"Default value\"\n")),
               std::string::npos);
 }
 

@@ -60,16 +60,4 @@ TEST(RegLineReader, TinyFilesLongLinesAndOddBytes)
     EXPECT_EQ(lines[1], W("z"));
 }
 
-TEST(RegLineReader, AnsiBytesWidenThroughTheCodePage)
-{
-    std::string bytes;
-    for (int byte = 0x80; byte <= 0xFF; ++byte)
-        bytes += static_cast<char>(byte);
-    const std::vector<CString> lines = ReadLines(bytes, 64);
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].GetAt(0), 0x20AC);
-    EXPECT_EQ(lines[0].GetAt(lines[0].GetLength() - 1), 0x00FF);
-    EXPECT_EQ(lines[0].GetLength(), 128u);
-}
-
 }  // namespace
