@@ -116,9 +116,7 @@ TEST(HexEditModel, ScrollBarFiguresAndScrolling)
 TEST(HexEditModel, HitTestAtTheBordersOfRowsAndColumns)
 {
     using M = CHexEditModel;
-    const struct {
-        int x, y; M::EColumn column; size_t offset;
-    } cases[] = {
+    const struct { int x, y; M::EColumn column; size_t offset; } cases[] = {
         {-1, 3, M::kNoColumn, 0},     {0, 3, M::kOffsetColumn, 0},  {52, 12, M::kOffsetColumn, 0},
         {52, 13, M::kOffsetColumn, 4}, {53, 13, M::kHexColumn, 4},   {86, 3, M::kHexColumn, 1},
         {178, 3, M::kHexColumn, 4},   {179, 3, M::kTextColumn, 0},  {195, 3, M::kTextColumn, 1},

@@ -16,9 +16,7 @@ int Sign(int value)
 
 TEST(CompareNoCase, FoldsLettersTheWayTheRegistryDoes)
 {
-    const struct {
-        const char* a; const char* b; int expected;
-    } cases[] = {
+    const struct { const char* a; const char* b; int expected; } cases[] = {
         {"HKEY_local_MACHINE", "hkey_LOCAL_machine", 0}, {"Ä", "ä", 0}, {"ÆØÅ", "æøå", 0}, {"ÿ", "Ÿ", 0},
         {"Σίσυφος", "ΣΊΣΥΦΟΣ", 0}, {"Привет", "ПРИВЕТ", 0}, {"abc", "abd", -1}, {"ab", "abc", -1}, {"", "", 0},
         // Full case mappings that change the length are not simple folds.

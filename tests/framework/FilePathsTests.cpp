@@ -7,9 +7,7 @@ namespace {
 
 TEST(FilePaths, TrailingBackslashes)
 {
-    struct SCase {
-        const char* path; const char* ensured; const char* removed;
-    } const cases[] = {
+    struct SCase { const char* path; const char* ensured; const char* removed; } const cases[] = {
         {"", "\\", ""}, {"\\", "\\", "\\"}, {"\\Windows", "\\Windows\\", "\\Windows"},
         {"\\Windows\\", "\\Windows\\", "\\Windows"}, {"a\\\\", "a\\\\", "a\\"},
     };
@@ -24,7 +22,7 @@ TEST(FilePaths, TrailingBackslashes)
     }
 }
 
-TEST(FilePaths, SplitsPathsAndExtensions)
+TEST(FilePaths, SplitsPathsAndExtensionsAndFindsParentsAndTops)
 {
     struct SCase {
         const char* path; const char* folder; const char* name; const char* base; const char* extension;
@@ -50,17 +48,12 @@ TEST(FilePaths, SplitsPathsAndExtensions)
         EXPECT_EQ(base, W(c.base));
         EXPECT_EQ(extension, W(c.extension));
     }
-}
 
-TEST(FilePaths, ParentsAndTops)
-{
-    struct SCase {
-        const char* folder; bool top; const char* parent;
-    } const cases[] = {
+    struct SFolder { const char* folder; bool top; const char* parent; } const folders[] = {
         {"\\", true, "\\"}, {"\\Windows", false, "\\"}, {"\\Storage Card\\Backups", false, "\\Storage Card"},
         {"C:", true, "C:"}, {"C:\\", true, "C:"}, {"C:\\users", false, "C:"}, {"C:\\users\\q", false, "C:\\users"},
     };
-    for (const SCase& c : cases) {
+    for (const SFolder& c : folders) {
         SCOPED_TRACE(c.folder);
         EXPECT_EQ(IsTopFolder(W(c.folder)), c.top);
         EXPECT_EQ(ParentFolder(W(c.folder)), W(c.parent));
@@ -69,9 +62,7 @@ TEST(FilePaths, ParentsAndTops)
 
 TEST(FilePaths, TypedNamesAreCheckedAndCompleted)
 {
-    struct SCase {
-        const char* typed; EFileNameCheck check; const char* completed;
-    } const cases[] = {
+    struct SCase { const char* typed; EFileNameCheck check; const char* completed; } const cases[] = {
         {"backup", EFileNameCheck::kValid, "backup.reg"}, {"backup.txt", EFileNameCheck::kValid, "backup.txt"},
         {"my.backup", EFileNameCheck::kValid, "my.backup"}, {"résumé", EFileNameCheck::kValid, "résumé.reg"},
         {"", EFileNameCheck::kEmpty, nullptr},  {".", EFileNameCheck::kDotName, nullptr},
@@ -105,11 +96,9 @@ TEST(FilePaths, RowImages)
     EXPECT_EQ(FileRowImage(kRowFile, 0, W("reg")), 0);
 }
 
-TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
+TEST(FilePaths, LocationsShortenFromTheMiddleAndSpecialFoldersExpandAtTheStart)
 {
-    struct SCase {
-        const char* folder; size_t width; const char* expected;
-    } const cases[] = {
+    struct SCase { const char* folder; size_t width; const char* expected; } const cases[] = {
         {"\\My Documents\\Personal\\Backups", 100, "Location: \\My Documents\\Personal\\Backups"},
         {"\\My Documents\\Personal\\Backups", 36, "Location: \\My Documents\\P...\\Backups"},
         {"\\My Documents\\Personal\\Backups", 22, "Location: \\...\\Backups"},
@@ -123,21 +112,16 @@ TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
             ShortenedLocation(W(c.folder), [&](const CString& candidate) { return candidate.GetLength() <= c.width; });
         EXPECT_EQ(text, W(c.expected));
     }
-}
 
-TEST(FilePaths, SpecialFoldersExpandAtTheStartOnly)
-{
     const auto resolve = [](int index) {
         return index == 2 ? W("\\Windows") : index == 3 ? W("\\Temp\\") : CString();
     };
-    struct SCase {
-        const char* path; const char* expected;
-    } const cases[] = {
+    struct SSpecial { const char* path; const char* expected; } const specials[] = {
         {"%Windows%", "\\Windows"}, {"%windows%\\quenda.reg", "\\Windows\\quenda.reg"},
         {"%TEMP%\\x.reg", "\\Temp\\x.reg"}, {"%Temp%", "\\Temp\\"}, {"%StartUp%\\x", "%StartUp%\\x"},
         {"%Windowsx%", "%Windowsx%"}, {"\\a\\%Windows%", "\\a\\%Windows%"},
     };
-    for (const SCase& c : cases) {
+    for (const SSpecial& c : specials) {
         SCOPED_TRACE(c.path);
         EXPECT_EQ(ExpandSpecialFolder(W(c.path), resolve), W(c.expected));
     }

@@ -12,22 +12,17 @@
 
 namespace {
 
-TEST(DpiScale, RoundsHalfAwayFromZeroInBothDirections)
+TEST(DpiScale, RoundsHalfAwayFromZeroEachAxisByItsOwnResolution)
 {
-    struct SCase {
-        int units; int dpi; int pixels;
-    } cases[] = {
+    struct SCase { int units; int dpi; int pixels; } cases[] = {
         {0, 96, 0},    {7, 96, 7},     {7, 192, 14},   {1, 120, 1},  {2, 120, 3},    {-2, 120, -3},
         {-1, 120, -1}, {17, 144, 26},  {-17, 144, -26}, {5, 131, 7}, {-5, 131, -7}, {1, 48, 1},
         {-1, 48, -1},  {1, 47, 0},     {-1, 47, 0},    {100000000, 192, 200000000},
     };
     for (const SCase& c : cases)
         EXPECT_EQ(ScaleByDpi(c.units, c.dpi), c.pixels) << c.units << " at " << c.dpi;
-}
 
-// Each axis scales by its own resolution; point sizes become character heights.
-TEST(DpiScale, ScreenAxesAndFontHeights)
-{
+    // Each axis scales by its own resolution; point sizes become character heights.
     CScopedScreenDpi dpi(192, 120);
     EXPECT_EQ(std::vector<int>({ScaleX(10), ScaleY(10), ScaleY(-10)}), std::vector<int>({20, 13, -13}));
     EXPECT_EQ(std::vector<int>({FontHeightForPoints(8, 96), FontHeightForPoints(8, 192), FontHeightForPoints(9, 96)}),
@@ -160,10 +155,8 @@ TEST(ObjectKey, EncodesValueThenCheckDigitsLowestNibbleFirstAndRefusesDamage)
                              "1234567G6F10"})
         EXPECT_EQ(DecodeObjectKey(W(text)), 0u) << text;
     EXPECT_EQ(DecodeObjectKey(nullptr), 0u);
-}
 
-TEST(ObjectTokens, TokensStandForLiveObjectsOnly)
-{
+    // Tokens stand for live objects only.
     CShdObjectTokens tokens;
     int first = 0;
     int second = 0;

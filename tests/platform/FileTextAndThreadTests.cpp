@@ -104,7 +104,7 @@ DWORD WINAPI WorkerMain(void* argument)
     return 0;
 }
 
-TEST(PlatformThreads, WorkerRunsWhenToldAndSignalsBack)
+TEST(PlatformThreads, WorkerRunsWhenToldAndEventsResetByKind)
 {
     IPlatform& platform = Platform();
     SWorker worker{platform.CreateEventW(TRUE, FALSE), platform.CreateEventW(TRUE, FALSE)};
@@ -120,11 +120,8 @@ TEST(PlatformThreads, WorkerRunsWhenToldAndSignalsBack)
     EXPECT_TRUE(platform.CloseHandle(thread));
     EXPECT_TRUE(platform.CloseHandle(worker.go));
     EXPECT_TRUE(platform.CloseHandle(worker.done));
-}
 
-TEST(PlatformThreads, ManualResetEventsStaySetAutoResetOnesAreConsumed)
-{
-    IPlatform& platform = Platform();
+    // Manual-reset events stay set; auto-reset ones are consumed.
     HANDLE manual = platform.CreateEventW(TRUE, TRUE);
     HANDLE automatic = platform.CreateEventW(FALSE, TRUE);
     std::vector<DWORD> waits;

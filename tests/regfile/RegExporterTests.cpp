@@ -47,9 +47,7 @@ protected:
     // The registry behind data/every-form-*.reg.
     RegExporterTest() : m_scoped(m_platform), m_scratch(TEXT("Export")), m_file("export-test.reg")
     {
-        const struct {
-            const char* key; const char* name; DWORD type; std::vector<BYTE> data;
-        } values[] = {
+        const struct { const char* key; const char* name; DWORD type; std::vector<BYTE> data; } values[] = {
             {"", "", REG_SZ, Utf16Bytes(W("Default value"), true)}, {"", "@", REG_SZ, Utf16Bytes(W("literal at"), true)},
             {"", "binary25", REG_BINARY, Sequence(25)}, {"", "binary26", REG_BINARY, Sequence(26)},
             {"", "dword", REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12})}, {"", "dword3", REG_DWORD, Bytes({1, 2, 3})},
@@ -141,9 +139,7 @@ TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
     // In version 4 a character must become one ANSI byte, in a name as in
     // text shown as hex; version 5 has no such limit.
     m_platform.m_doubleByteAnsi = true;
-    const struct {
-        const char* name; const char* text;
-    } cases[] = {{"日本", "ok"}, {"text", "日本"}};
+    const struct { const char* name; const char* text; } cases[] = {{"日本", "ok"}, {"text", "日本"}};
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
         DeleteTreeForTests(m_scratch.Handle(), TEXT("Ideographs"));

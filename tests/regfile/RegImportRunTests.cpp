@@ -62,9 +62,7 @@ TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
 
 TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 {
-    const struct {
-        const char* body; int line;
-    } cases[] = {
+    const struct { const char* body; int line; } cases[] = {
         // Lines 1 and 2 are the header and the empty line after it.
         {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
@@ -81,9 +79,7 @@ TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 TEST_F(RegImportRunTest, HeaderMustMatchTheEncodingUnlessTheCheckIsOff)
 {
     const std::string body = "\r\njunk line\r\n" + std::string(kKey) + "\\H]\r\n\"v\"=dword:2\r\n";
-    const struct {
-        bool unicode; const char* header; bool checkHeader; bool imports;
-    } cases[] = {
+    const struct { bool unicode; const char* header; bool checkHeader; bool imports; } cases[] = {
         {true, kHeader5, true, true},       {true, "windows registry editor version 5.00", true, true},
         {true, "QUENDA4", true, false},     {false, "QUENDA4", true, true},
         {false, "  quenda4  ", true, true}, {false, kHeader5, true, false},

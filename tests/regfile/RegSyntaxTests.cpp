@@ -7,11 +7,9 @@ using namespace regsyntax;
 
 namespace {
 
-TEST(RegSyntax, CommentsEndAtTheFirstQuote)
+TEST(RegSyntax, CommentsEndAtTheFirstQuoteKeyLinesNeedALongRootName)
 {
-    const struct {
-        const char* line; const char* stripped;
-    } cases[] = {
+    const struct { const char* line; const char* stripped; } cases[] = {
         {"@=dword:1 ; note", "@=dword:1 "}, {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
         {"\"a\"=hex:01 ; note", "\"a\"=hex:01 ; note"}, {"  01,02 ; more", "  01,02 "}, {"; whole line", ""},
         {"\"a;b\"=\"c\\\";d\"", "\"a;b\"=\"c\\\";d\""},
@@ -21,13 +19,8 @@ TEST(RegSyntax, CommentsEndAtTheFirstQuote)
         StripComment(line);
         EXPECT_EQ(line, W(item.stripped)) << item.line;
     }
-}
 
-TEST(RegSyntax, KeyLinesNeedALongRootName)
-{
-    const struct {
-        const char* line; EKeyLine kind; bool deletion; HKEY root; const char* path;
-    } cases[] = {
+    const struct { const char* line; EKeyLine kind; bool deletion; HKEY root; const char* path; } keyLines[] = {
         {"[HKEY_CURRENT_USER\\Software\\X]", EKeyLine::Key, false, HKEY_CURRENT_USER, "Software\\X"},
         {"[hkey_local_machine]", EKeyLine::Key, false, HKEY_LOCAL_MACHINE, ""},
         {"[-HKEY_USERS\\a]b]c", EKeyLine::Key, true, HKEY_USERS, "a]b"},
@@ -36,7 +29,7 @@ TEST(RegSyntax, KeyLinesNeedALongRootName)
         {"[HKEY_CURRENT_USER", EKeyLine::NotKeyLine, false, nullptr, ""},
         {"\"[x]\"=\"y\"", EKeyLine::NotKeyLine, false, nullptr, ""},
     };
-    for (const auto& item : cases) {
+    for (const auto& item : keyLines) {
         SCOPED_TRACE(item.line);
         bool deletion = false;
         HKEY root = nullptr;
@@ -52,9 +45,7 @@ TEST(RegSyntax, KeyLinesNeedALongRootName)
 
 TEST(RegSyntax, ValueNames)
 {
-    const struct {
-        const char* line; bool ok; const char* name; size_t dataAt;
-    } cases[] = {
+    const struct { const char* line; bool ok; const char* name; size_t dataAt; } cases[] = {
         {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10}, {"@=x", true, "", 2}, {"\"@\" = x", true, "@", 5},
         {"  \"n\"\t=", true, "n", 7}, {"\"open=x", false, "", 0}, {"name=x", false, "", 0}, {"\"n\" x", false, "", 0},
         {"\"ends\\", false, "", 0},
@@ -73,11 +64,9 @@ TEST(RegSyntax, ValueNames)
     EXPECT_FALSE(IsDeletion(W("=-1"), 1));
 }
 
-TEST(RegSyntax, DataForms)
+TEST(RegSyntax, DataFormsAndContinuationLines)
 {
-    const struct {
-        const char* data; EData result; DWORD type; std::vector<BYTE> bytes;
-    } cases[] = {
+    const struct { const char* data; EData result; DWORD type; std::vector<BYTE> bytes; } cases[] = {
         {"\"x\\\"y\"", EData::Complete, REG_SZ, Bytes({'x', 0, '"', 0, 'y', 0, 0, 0})},
         {"\"\"  ", EData::Complete, REG_SZ, Bytes({0, 0})}, {"\"x\" y", EData::SyntaxError, 0, {}},
         {"\"open", EData::SyntaxError, 0, {}},
@@ -108,10 +97,8 @@ TEST(RegSyntax, DataForms)
             EXPECT_EQ(BufferBytes(data), item.bytes);
         }
     }
-}
 
-TEST(RegSyntax, ContinuationLinesAppend)
-{
+    // Continuation lines append.
     CShdBinaryBuffer data;
     data.Append("\x01", 1);
     EXPECT_EQ(ParseHexBytes(W("      02,03,\\"), 0, data), EData::Continues);

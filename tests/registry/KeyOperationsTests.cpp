@@ -80,9 +80,7 @@ TEST_F(KeyOperationsTest, DeleteKeyTreeRemovesWhatItCan)
 
 TEST(KeyOperations, IsSameOrDescendant)
 {
-    const struct {
-        const char* pathA; const char* pathB; bool allowEqual; bool expected;
-    } cases[] = {
+    const struct { const char* pathA; const char* pathB; bool allowEqual; bool expected; } cases[] = {
         {"Software\\A", "software", false, true}, {"Software\\A", "SOFTWARE\\a", true, true},
         {"Software\\A", "SOFTWARE\\a", false, false}, {"SoftwareX", "Software", true, false},
         {"Soft", "Software", true, false}, {"Software", "", true, false}, {"", "", true, true},
@@ -99,9 +97,7 @@ TEST(KeyOperations, IsSameOrDescendant)
 
 TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
 {
-    const struct {
-        const char* source; std::set<std::string> taken; const char* expected;
-    } cases[] = {
+    const struct { const char* source; std::set<std::string> taken; const char* expected; } cases[] = {
         {"Foo", {"Foo"}, "Foo (2)"}, {"Foo", {"Foo", "foo (2)"}, "Foo (3)"},
         {"Foo (3)", {"Foo", "Foo (3)"}, "Foo (2)"}, {"Foo (2)", {"Foo (2)"}, "Foo (3)"},
         {"Foo (0)", {}, "Foo (0) (2)"}, {"Foo (-4)", {}, "Foo (-4) (2)"}, {"Foo (7x)", {}, "Foo (2)"},

@@ -6,11 +6,9 @@
 
 namespace {
 
-TEST(RootNames, ParseLongAndShortNamesWithoutRegardToCase)
+TEST(KeyPath, RootNamesParseWithoutRegardToCasePathsSplitAtTheFirstBackslash)
 {
-    const struct {
-        const char* text; HKEY root; HKEY longRoot;
-    } cases[] = {
+    const struct { const char* text; HKEY root; HKEY longRoot; } cases[] = {
         {"hklm", HKEY_LOCAL_MACHINE, nullptr}, {"HKEY_local_MACHINE", HKEY_LOCAL_MACHINE, HKEY_LOCAL_MACHINE},
         {"HKU", HKEY_USERS, nullptr}, {"HKEY_USERS", HKEY_USERS, HKEY_USERS}, {"hkcr", HKEY_CLASSES_ROOT, nullptr},
         {"HKEY_CURRENT_USER", HKEY_CURRENT_USER, HKEY_CURRENT_USER}, {"HKCR\\", nullptr, nullptr},
@@ -26,10 +24,7 @@ TEST(RootNames, ParseLongAndShortNamesWithoutRegardToCase)
     EXPECT_EQ(RootLongName(RootKeyFromValue(0x80000004)), nullptr);
     EXPECT_EQ(CString(RootShortName(nullptr)), W(""));
     EXPECT_EQ(RootValueFromKey(HKEY_LOCAL_MACHINE), 0x80000002u);
-}
 
-TEST(KeyPath, SplitsAtTheFirstBackslashAndComposesBack)
-{
     HKEY root = HKEY_USERS;
     CString path = W("sentinel");
     EXPECT_TRUE(ParseFullKeyPath(W("HKLM\\Software\\A\\B"), root, path));

@@ -114,9 +114,7 @@ TEST_F(WholeRegistryTest, WrapAroundComesBackToJustBeforeTheStart)
 
 TEST_F(WholeRegistryTest, MovingThePositionKeepsTheStopAtTheStart)
 {
-    struct SCase {
-        HKEY root; LPCWSTR keyPath; Lines expected;
-    } const cases[] = {
+    struct SCase { HKEY root; LPCWSTR keyPath; Lines expected; } const cases[] = {
         // Into the part searched after the wrap; ahead in the start root;
         // back before the start in its root.
         {HKEY_CURRENT_USER, TEXT("Software"), Expected(7, 2, 0)},

@@ -35,9 +35,7 @@ protected:
 TEST_F(FileAssociationTest, ProgramPathComesFromTheInstallationRecord)
 {
     EXPECT_EQ(OpenCommandLine() + DefaultIconString(122), W("")) << "no record";
-    const struct {
-        DWORD type; const char* directory; const char* path;
-    } cases[] = {
+    const struct { DWORD type; const char* directory; const char* path; } cases[] = {
         {REG_SZ, "\\Program Files\\Quenda", "\\Program Files\\Quenda\\Quenda.exe"},
         {REG_EXPAND_SZ, "\\Storage Card\\Über\\", "\\Storage Card\\Über\\Quenda.exe"}, {REG_SZ, "", ""},
         {REG_BINARY, "\\Windows", ""},
@@ -86,9 +84,7 @@ TEST_F(FileAssociationTest, OnlyAClassWithoutOpenCommandBelongsToNoProgram)
     SetDefault(".reg", "QuendaTestClass");
     SetDefault("QuendaTestClass\\DefaultIcon", "x.dll,-1");
     // In order: no command at all, then one that is there but empty.
-    const struct {
-        const char* command; bool found; ERegFileAssociation state;
-    } cases[] = {{nullptr, false, ERegFileAssociation::Free}, {"", true, ERegFileAssociation::OtherProgram}};
+    const struct { const char* command; bool found; ERegFileAssociation state; } cases[] = {{nullptr, false, ERegFileAssociation::Free}, {"", true, ERegFileAssociation::OtherProgram}};
     for (const auto& c : cases) {
         if (c.command != nullptr)
             SetDefault("QuendaTestClass\\Shell\\Open\\Command", c.command);

@@ -91,9 +91,7 @@ TEST_F(SettingsTest, AWriteCutShortLoadsDefaultsRatherThanAMixture)
     search.searchString = W("new");
     search.keyNames = false;
     search.caseSensitive = true;
-    const struct {
-        int writes; std::function<void(CSettings&)> write; const char* cut; const char* done;
-    } cases[] = {
+    const struct { int writes; std::function<void(CSettings&)> write; const char* cut; const char* done; } cases[] = {
         {11, [&](CSettings& s) { s.SetSearchParams(search); }, ":111001111 1010 80000002|Old|a",
          "new:011101111 1010 80000002|Old|a"},
         {5, [](CSettings& s) { s.SetLastPosition(kRootCurrentUser, W("New"), W(""), false); },

@@ -27,9 +27,7 @@ std::string HexPairs(size_t count)
 
 TEST(ValueText, EachTypeHasItsOwnText)
 {
-    const struct {
-        DWORD type; std::vector<BYTE> data; std::string text;
-    } cases[] = {
+    const struct { DWORD type; std::vector<BYTE> data; std::string text; } cases[] = {
         {REG_SZ, Utf16Bytes(W("Ärger"), true), "Ärger"},
         {REG_SZ, Utf16Bytes(W("no terminator"), false), "no terminator"},
         {REG_SZ, Utf16Bytes(W("cut"), true) + Utf16Bytes(W("hidden"), true), "cut"},
@@ -100,7 +98,7 @@ TEST_F(ValueRowsTest, RowsAreOrderedByNameWithoutRegardToCase)
     }
 }
 
-TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImage)
+TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImageAndAKeyNotOpenedHasNoRows)
 {
     Write(TEXT("Moved"), REG_SZ, Utf16Bytes(W("x"), true));
     Write(TEXT("Stays"), REG_SZ, Utf16Bytes(W("y"), true));
@@ -123,13 +121,9 @@ TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImage)
     cut.path = m_scratch.Path();
     cut.root = HKEY_LOCAL_MACHINE;
     EXPECT_EQ(Load(&cut)[0].image, 7) << "nor under another root";
-}
 
-TEST_F(ValueRowsTest, AKeyThatCannotBeOpenedGivesNoRows)
-{
-    Write(TEXT("v"), REG_SZ, Utf16Bytes(W("x"), true));
+    // A key that cannot be opened gives no rows.
     m_faults.FailOpen(TEXT("ValueRows"));
-    std::vector<SValueRow> rows(1);
     EXPECT_FALSE(LoadValueRows(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, rows));
     EXPECT_TRUE(rows.empty());
 }
