@@ -51,7 +51,8 @@ protected:
     RegExporterTest() : m_scoped(m_platform), m_scratch(TEXT("Export")), m_file("export-test.reg")
     {
         const struct { const char* key; const char* name; DWORD type; std::vector<BYTE> data; } values[] = {
-            {"", "", REG_SZ, Utf16Bytes(W("Default value"), true)}, {"", "@", REG_SZ, Utf16Bytes(W("literal at"), true)},
+            {"", "", REG_SZ, Utf16Bytes(W("Default value"), true)},
+            {"", "@", REG_SZ, Utf16Bytes(W("literal at"), true)},
             {"", "binary25", REG_BINARY, Sequence(25)}, {"", "binary26", REG_BINARY, Sequence(26)},
             {"", "dword", REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12})}, {"", "dword3", REG_DWORD, Bytes({1, 2, 3})},
             {"", "embedded", REG_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true)},

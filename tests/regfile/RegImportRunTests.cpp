@@ -178,8 +178,8 @@ TEST_F(RegImportRunTest, LongLinesLongContinuationsTinyFilesAndNoFile)
 // Read a few bytes at a time, so that the widening goes on across reads.
 TEST_F(RegImportRunTest, AnsiFilesWidenTextThroughTheCodePage)
 {
-    ASSERT_TRUE(ImportBytes("QUENDA4\r\n" + std::string(kKey) +
-                            "\\Ansi]\r\n\"s\"=\"\x80\xe4\xff\"\r\n\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n",
+    ASSERT_TRUE(ImportBytes("QUENDA4\r\n" + std::string(kKey) + "\\Ansi]\r\n\"s\"=\"\x80\xe4\xff\"\r\n" +
+                                "\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n",
                             true, 5))
         << ToUtf8(m_error);
     EXPECT_EQ(Dump(), ".\nAnsi\n  \"b\" 3: e4\n  \"e\" 2:\n  \"h\" 1: e4 00 ac 20 00 00\n"

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "framework/Text.h"
@@ -111,11 +112,9 @@ TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
         SCOPED_TRACE(item.source);
         CString name;
         const auto exists = [&](const CString& candidate) {
-            for (const std::string& taken : item.taken) {
-                if (CompareNoCase(W(taken.c_str()), candidate) == 0)
-                    return true;
-            }
-            return false;
+            return std::any_of(item.taken.begin(), item.taken.end(), [&](const std::string& taken) {
+                return CompareNoCase(W(taken.c_str()), candidate) == 0;
+            });
         };
         EXPECT_TRUE(MakeUniqueName(W(item.source), exists, name));
         EXPECT_EQ(name, W(item.expected));

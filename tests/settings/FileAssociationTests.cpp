@@ -84,7 +84,8 @@ TEST_F(FileAssociationTest, OnlyAClassWithoutOpenCommandBelongsToNoProgram)
     SetDefault(".reg", "QuendaTestClass");
     SetDefault("QuendaTestClass\\DefaultIcon", "x.dll,-1");
     // In order: no command at all, then one that is there but empty.
-    const struct { const char* command; bool found; ERegFileAssociation state; } cases[] = {{nullptr, false, ERegFileAssociation::Free}, {"", true, ERegFileAssociation::OtherProgram}};
+    const struct { const char* command; bool found; ERegFileAssociation state; } cases[] = {
+        {nullptr, false, ERegFileAssociation::Free}, {"", true, ERegFileAssociation::OtherProgram}};
     for (const auto& c : cases) {
         if (c.command != nullptr)
             SetDefault("QuendaTestClass\\Shell\\Open\\Command", c.command);
