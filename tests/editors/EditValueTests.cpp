@@ -11,21 +11,12 @@
 
 namespace {
 
-std::vector<BYTE> Data(const CShdBinaryBuffer& buffer)
-{
-    return std::vector<BYTE>(buffer.GetData(), buffer.GetData() + buffer.GetSize());
-}
-
 // Stored bytes become the text shown; that text, or what is typed instead,
 // becomes the bytes written.
 TEST(EditValue, StoredBytesBecomeTextAndTypedTextBecomesBytes)
 {
     const struct {
-        bool multi;
-        std::vector<BYTE> stored;
-        const char* shown;
-        const char* typed;
-        std::vector<BYTE> written;
+        bool multi; std::vector<BYTE> stored; const char* shown; const char* typed; std::vector<BYTE> written;
     } cases[] = {
         {false, Bytes({'a', 0, 'b', 0, 'c'}), "ab", "ab", Bytes({'a', 0, 'b', 0, 0, 0})},
         {false, Bytes({'a', 0, 0, 0, 'b', 0, 0, 0}), "a", "", Bytes({0, 0})},
@@ -41,19 +32,13 @@ TEST(EditValue, StoredBytesBecomeTextAndTypedTextBecomesBytes)
         EXPECT_EQ(shown, W(test.shown));
         CShdBinaryBuffer written;
         ASSERT_TRUE(test.multi ? TextToMultiString(W(test.typed), written) : StringToBytes(W(test.typed), written));
-        EXPECT_EQ(Data(written), test.written) << test.typed;
+        EXPECT_EQ(BufferBytes(written), test.written) << test.typed;
     }
 }
 
 TEST(EditValue, NumbersAreDigitsOnlyWithinTheirLimit)
 {
-    const struct {
-        const char* text;
-        bool hexadecimal;
-        DWORD limit;
-        bool valid;
-        DWORD value;
-    } cases[] = {
+    const struct { const char* text; bool hexadecimal; DWORD limit; bool valid; DWORD value; } cases[] = {
         {"4294967295", false, 0, true, 0xFFFFFFFF}, {"4294967296", false, 0, false, 0},
         {"ffffffff", true, 0, true, 0xFFFFFFFF},    {"-1", true, 0, false, 0},
         {"0x10", true, 0, false, 0},                {" 1", false, 0, false, 0},
@@ -85,13 +70,7 @@ std::string Text(const SEditValueRect& rect)
 
 TEST(EditValue, TallScreensStackAndShortOnesPutTallEditorsBeside)
 {
-    const struct {
-        int dpi;
-        int width;
-        int height;
-        SEditValueShape shape;
-        const char* expected;
-    } cases[] = {
+    const struct { int dpi, width, height; SEditValueShape shape; const char* expected; } cases[] = {
         {96, 240, 180, {false, 7, false}, "stacked type 8,159,224,13 name 8,48,224,19 custom 0,0,0,0 tall 8,88,224,67"},
         {96, 320, 179, {false, 1, false}, "stacked 0,0,0,0 name 8,48,304,19 custom 0,0,0,0 tall 8,88,304,83"},
         {96, 320, 179, {true, 0, true}, "side 0,0,0,0 name 8,48,148,19 custom 8,88,148,19 tall 164,48,148,123"},

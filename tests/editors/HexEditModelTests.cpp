@@ -23,9 +23,7 @@ const int kWidth = 400;
 
 void Load(CHexEditModel& model, size_t size, UINT perRow = 4)
 {
-    std::vector<BYTE> bytes(size);
-    for (size_t i = 0; i < size; ++i)
-        bytes[i] = static_cast<BYTE>(i);
+    const std::vector<BYTE> bytes = Sequence(size);
     model.SetData(bytes.data(), bytes.size());
     model.SetRequestedBytesPerRow(perRow);
     model.Measure(TestMetrics(), kWidth, 53);
@@ -46,37 +44,21 @@ std::vector<BYTE> DataOf(const CHexEditModel& model)
 TEST(HexEditModel, KeysMoveTheCaretAndKeepItVisible)
 {
     // 40 bytes, 4 a row, 4 rows shown: the last top that fits is 28.
+    using M = CHexEditModel;
     const struct {
-        size_t caret;
-        bool selectAll;
-        CHexEditModel::EKey key;
-        size_t expectedCaret;
-        size_t expectedTop;
-        size_t expectedSize;
+        size_t caret; bool selectAll; M::EKey key; size_t expectedCaret, expectedTop, expectedSize;
     } cases[] = {
-        {5, false, CHexEditModel::kLeft, 4, 0, 40},
-        {0, true, CHexEditModel::kLeft, 0, 0, 40},
-        {0, true, CHexEditModel::kRight, 40, 28, 40},
-        {39, false, CHexEditModel::kRight, 40, 28, 40},
-        {5, false, CHexEditModel::kUp, 1, 0, 40},
-        {5, false, CHexEditModel::kDown, 9, 0, 40},
-        {15, false, CHexEditModel::kDown, 19, 4, 40},
-        {38, false, CHexEditModel::kDown, 40, 28, 40},
-        // Page Up inside the page (below its first row) goes to its top...
-        {5, false, CHexEditModel::kPageUp, 0, 0, 40},
-        {30, false, CHexEditModel::kPageUp, 16, 16, 40},
-        // ...from the first row a whole page up.
-        {2, false, CHexEditModel::kPageUp, 0, 0, 40},
-        {17, false, CHexEditModel::kPageUp, 4, 4, 40},
+        {5, false, M::kLeft, 4, 0, 40},       {0, true, M::kLeft, 0, 0, 40},      {0, true, M::kRight, 40, 28, 40},
+        {39, false, M::kRight, 40, 28, 40},   {5, false, M::kUp, 1, 0, 40},       {5, false, M::kDown, 9, 0, 40},
+        {15, false, M::kDown, 19, 4, 40},     {38, false, M::kDown, 40, 28, 40},
+        // Page Up inside the page (below its first row) goes to its top,
+        // from the first row a whole page up.
+        {5, false, M::kPageUp, 0, 0, 40},     {30, false, M::kPageUp, 16, 16, 40},
+        {2, false, M::kPageUp, 0, 0, 40},     {17, false, M::kPageUp, 4, 4, 40},
         // Page Down inside the page goes to its last byte, else a page on.
-        {5, false, CHexEditModel::kPageDown, 15, 0, 40},
-        {14, false, CHexEditModel::kPageDown, 30, 16, 40},
-        {30, false, CHexEditModel::kPageDown, 40, 28, 40},
-        {40, false, CHexEditModel::kHome, 0, 0, 40},
-        {3, false, CHexEditModel::kEnd, 40, 28, 40},
-        {5, false, CHexEditModel::kBackspace, 4, 0, 39},
-        {5, false, CHexEditModel::kDelete, 5, 0, 39},
-        {0, true, CHexEditModel::kDelete, 0, 0, 0},
+        {5, false, M::kPageDown, 15, 0, 40},  {14, false, M::kPageDown, 30, 16, 40},
+        {30, false, M::kPageDown, 40, 28, 40}, {40, false, M::kHome, 0, 0, 40},   {3, false, M::kEnd, 40, 28, 40},
+        {5, false, M::kBackspace, 4, 0, 39},  {5, false, M::kDelete, 5, 0, 39},   {0, true, M::kDelete, 0, 0, 0},
     };
     for (const auto& c : cases) {
         CHexEditModel model;
@@ -95,24 +77,16 @@ TEST(HexEditModel, KeysMoveTheCaretAndKeepItVisible)
 
 TEST(HexEditModel, ScrollBarFiguresAndScrolling)
 {
+    using M = CHexEditModel;
     const struct {
-        size_t size;
-        UINT perRow;
-        int scrolls;
-        CHexEditModel::EScroll action;
-        int thumb;
-        SHexScrollInfo expected;
-        size_t expectedCaret;
+        size_t size; UINT perRow; int scrolls; M::EScroll action; int thumb; SHexScrollInfo expected; size_t caret;
     } cases[] = {
-        {0, 4, 0, CHexEditModel::kTop, 0, {3, 4, 0}, 0},
-        {5, 4, 0, CHexEditModel::kTop, 0, {3, 4, 0}, 0},
-        {40, 4, 1, CHexEditModel::kLineDown, 0, {10, 4, 1}, 4},
-        {40, 4, 1, CHexEditModel::kPageDownScroll, 0, {10, 4, 4}, 16},
-        {40, 4, 2, CHexEditModel::kPageDownScroll, 0, {10, 4, 7}, 28},
-        {40, 4, 1, CHexEditModel::kThumb, 100, {10, 4, 7}, 28},
-        {0x10000, 16, 1, CHexEditModel::kBottom, 0, {4096, 4, 4093}, 4093 * 16},
+        {0, 4, 0, M::kTop, 0, {3, 4, 0}, 0}, {5, 4, 0, M::kTop, 0, {3, 4, 0}, 0},
+        {40, 4, 1, M::kLineDown, 0, {10, 4, 1}, 4}, {40, 4, 1, M::kPageDownScroll, 0, {10, 4, 4}, 16},
+        {40, 4, 2, M::kPageDownScroll, 0, {10, 4, 7}, 28}, {40, 4, 1, M::kThumb, 100, {10, 4, 7}, 28},
+        {0x10000, 16, 1, M::kBottom, 0, {4096, 4, 4093}, 4093 * 16},
         // 0 bytes a row asked: as many as fit, 7 here.
-        {40, 0, 0, CHexEditModel::kTop, 0, {6, 4, 0}, 0},
+        {40, 0, 0, M::kTop, 0, {6, 4, 0}, 0},
     };
     for (const auto& c : cases) {
         CHexEditModel model;
@@ -121,10 +95,9 @@ TEST(HexEditModel, ScrollBarFiguresAndScrolling)
             model.Scroll(c.action, c.thumb);
         const SHexScrollInfo info = model.UpdateScroll();
         SCOPED_TRACE(testing::Message() << "size " << c.size << " action " << c.action);
-        EXPECT_EQ(info.rows, c.expected.rows);
-        EXPECT_EQ(info.page, c.expected.page);
-        EXPECT_EQ(info.position, c.expected.position);
-        EXPECT_EQ(model.Caret(), c.expectedCaret);
+        EXPECT_EQ(std::vector<int>({info.rows, info.page, info.position}),
+                  std::vector<int>({c.expected.rows, c.expected.page, c.expected.position}));
+        EXPECT_EQ(model.Caret(), c.caret);
     }
     // Without a selection the caret follows a scroll into the page.
     CHexEditModel model;
@@ -142,23 +115,12 @@ TEST(HexEditModel, ScrollBarFiguresAndScrolling)
 
 TEST(HexEditModel, HitTestAtTheBordersOfRowsAndColumns)
 {
-    const struct {
-        int x;
-        int y;
-        CHexEditModel::EColumn column;
-        size_t offset;
-    } cases[] = {
-        {-1, 3, CHexEditModel::kNoColumn, 0},
-        {0, 3, CHexEditModel::kOffsetColumn, 0},
-        {52, 12, CHexEditModel::kOffsetColumn, 0},
-        {52, 13, CHexEditModel::kOffsetColumn, 4},
-        {53, 13, CHexEditModel::kHexColumn, 4},
-        {86, 3, CHexEditModel::kHexColumn, 1},
-        {178, 3, CHexEditModel::kHexColumn, 4},
-        {179, 3, CHexEditModel::kTextColumn, 0},
-        {195, 3, CHexEditModel::kTextColumn, 1},
-        {kWidth - 1, -50, CHexEditModel::kTextColumn, 4},
-        {kWidth - 1, 500, CHexEditModel::kTextColumn, 20},
+    using M = CHexEditModel;
+    const struct { int x, y; M::EColumn column; size_t offset; } cases[] = {
+        {-1, 3, M::kNoColumn, 0},     {0, 3, M::kOffsetColumn, 0},  {52, 12, M::kOffsetColumn, 0},
+        {52, 13, M::kOffsetColumn, 4}, {53, 13, M::kHexColumn, 4},   {86, 3, M::kHexColumn, 1},
+        {178, 3, M::kHexColumn, 4},   {179, 3, M::kTextColumn, 0},  {195, 3, M::kTextColumn, 1},
+        {kWidth - 1, -50, M::kTextColumn, 4},                       {kWidth - 1, 500, M::kTextColumn, 20},
     };
     for (const auto& c : cases) {
         CHexEditModel model;
@@ -187,20 +149,12 @@ TEST(HexEditModel, HitTestAtTheBordersOfRowsAndColumns)
 TEST(HexEditModel, TypingInsertsBytes)
 {
     const struct {
-        std::vector<BYTE> data;
-        bool hex;
-        bool selectAll;
-        const char* typed;
-        std::vector<BYTE> expected;
-        size_t caret;
+        std::vector<BYTE> data; bool hex, selectAll; const char* typed; std::vector<BYTE> expected; size_t caret;
         bool pending;
     } cases[] = {
-        {{}, true, false, "4", {0x40}, 0, true},
-        {{}, true, false, "41", {0x41}, 1, false},
-        {{}, true, false, "4g\x08 1", {0x41}, 1, false},
-        {{}, true, false, "a1Bf", {0xA1, 0xBF}, 2, false},
-        {{0x00, 0x11, 0x22}, true, true, "5", {0x50}, 0, true},
-        {{}, false, false, "Az", {0x41, 0x7A}, 2, false},
+        {{}, true, false, "4", {0x40}, 0, true}, {{}, true, false, "41", {0x41}, 1, false},
+        {{}, true, false, "4g\x08 1", {0x41}, 1, false}, {{}, true, false, "a1Bf", {0xA1, 0xBF}, 2, false},
+        {{0x00, 0x11, 0x22}, true, true, "5", {0x50}, 0, true}, {{}, false, false, "Az", {0x41, 0x7A}, 2, false},
         {{0xAA}, false, false, "\xE2\x82\xAC", {0x80, 0xAA}, 1, false},
     };
     for (const auto& c : cases) {
@@ -228,15 +182,11 @@ TEST(HexEditModel, TypingInsertsBytes)
 TEST(HexEditModel, PastesAndCopies)
 {
     const struct {
-        CHexEditModel::EPasteRule rule;
-        const char* text;
-        bool read;
-        std::vector<BYTE> expected;
+        CHexEditModel::EPasteRule rule; const char* text; bool read; std::vector<BYTE> expected;
     } cases[] = {
         {CHexEditModel::kPasteHex, "1 2 3", true, {0xAA, 0x01, 0x23, 0xBB}},
         {CHexEditModel::kPasteHex, " 0a\r\n\tfF ", true, {0xAA, 0x0A, 0xFF, 0xBB}},
-        {CHexEditModel::kPasteHex, "", true, {0xAA, 0xBB}},
-        {CHexEditModel::kPasteHex, "xyz", false, {0xAA, 0xBB}},
+        {CHexEditModel::kPasteHex, "", true, {0xAA, 0xBB}}, {CHexEditModel::kPasteHex, "xyz", false, {0xAA, 0xBB}},
         {CHexEditModel::kPasteHex, "12 3g", false, {0xAA, 0xBB}},
         {CHexEditModel::kPasteAnsiText, "A\xE2\x82\xAC", true, {0xAA, 0x41, 0x80, 0xBB}},
         {CHexEditModel::kPasteUnicodeText, "A\xE2\x82\xAC", true, {0xAA, 0x41, 0x00, 0xAC, 0x20, 0xBB}},
@@ -270,13 +220,11 @@ TEST(HexEditModel, PastesAndCopies)
 
 TEST(HexEditModel, Texts)
 {
-    EXPECT_EQ(HexEditText::Offset(0), W("0000"));
-    EXPECT_EQ(HexEditText::Offset(0xFFF0), W("FFF0"));
-    EXPECT_EQ(HexEditText::Offset(0x10000), W("10000"));
-    const BYTE bytes[] = {0x00, 0x20, 0x21, 0x41, 0x7E, 0x7F, 0x80, 0xFF};
+    EXPECT_EQ(HexEditText::Offset(0) + HexEditText::Offset(0xFFF0) + HexEditText::Offset(0x10000),
+              W("0000FFF010000"));
     CString shown;
-    for (const BYTE byte : bytes)
-        shown += HexEditText::ByteChar(byte);
+    for (int byte : {0x00, 0x20, 0x21, 0x41, 0x7E, 0x7F, 0x80, 0xFF})
+        shown += HexEditText::ByteChar(static_cast<BYTE>(byte));
     EXPECT_EQ(shown, W("..!A~.\xE2\x82\xAC."));
 }
 

@@ -7,16 +7,9 @@ namespace {
 
 TEST(FilePaths, TrailingBackslashes)
 {
-    struct SCase {
-        const char* path;
-        const char* ensured;
-        const char* removed;
-    } const cases[] = {
-        {"", "\\", ""},
-        {"\\", "\\", "\\"},
-        {"\\Windows", "\\Windows\\", "\\Windows"},
-        {"\\Windows\\", "\\Windows\\", "\\Windows"},
-        {"a\\\\", "a\\\\", "a\\"},
+    struct SCase { const char* path; const char* ensured; const char* removed; } const cases[] = {
+        {"", "\\", ""}, {"\\", "\\", "\\"}, {"\\Windows", "\\Windows\\", "\\Windows"},
+        {"\\Windows\\", "\\Windows\\", "\\Windows"}, {"a\\\\", "a\\\\", "a\\"},
     };
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.path);
@@ -29,18 +22,13 @@ TEST(FilePaths, TrailingBackslashes)
     }
 }
 
-TEST(FilePaths, SplitsPathsAndExtensions)
+TEST(FilePaths, SplitsPathsAndExtensionsAndFindsParentsAndTops)
 {
     struct SCase {
-        const char* path;
-        const char* folder;
-        const char* name;
-        const char* base;
-        const char* extension;
+        const char* path; const char* folder; const char* name; const char* base; const char* extension;
     } const cases[] = {
         {"\\My Documents\\backup.reg", "\\My Documents", "backup.reg", "\\My Documents\\backup", ".reg"},
-        {"\\backup.reg", "\\", "backup.reg", "\\backup", ".reg"},
-        {"\\Windows\\", "\\Windows", "", "\\Windows\\", ""},
+        {"\\backup.reg", "\\", "backup.reg", "\\backup", ".reg"}, {"\\Windows\\", "\\Windows", "", "\\Windows\\", ""},
         {"name", "", "name", "name", ""},
         // A dot in a folder is no extension of the name.
         {"\\v1.2\\readme", "\\v1.2", "readme", "\\v1.2\\readme", ""},
@@ -60,24 +48,12 @@ TEST(FilePaths, SplitsPathsAndExtensions)
         EXPECT_EQ(base, W(c.base));
         EXPECT_EQ(extension, W(c.extension));
     }
-}
 
-TEST(FilePaths, ParentsAndTops)
-{
-    struct SCase {
-        const char* folder;
-        bool top;
-        const char* parent;
-    } const cases[] = {
-        {"\\", true, "\\"},
-        {"\\Windows", false, "\\"},
-        {"\\Storage Card\\Backups", false, "\\Storage Card"},
-        {"C:", true, "C:"},
-        {"C:\\", true, "C:"},
-        {"C:\\users", false, "C:"},
-        {"C:\\users\\q", false, "C:\\users"},
+    struct SFolder { const char* folder; bool top; const char* parent; } const folders[] = {
+        {"\\", true, "\\"}, {"\\Windows", false, "\\"}, {"\\Storage Card\\Backups", false, "\\Storage Card"},
+        {"C:", true, "C:"}, {"C:\\", true, "C:"}, {"C:\\users", false, "C:"}, {"C:\\users\\q", false, "C:\\users"},
     };
-    for (const SCase& c : cases) {
+    for (const SFolder& c : folders) {
         SCOPED_TRACE(c.folder);
         EXPECT_EQ(IsTopFolder(W(c.folder)), c.top);
         EXPECT_EQ(ParentFolder(W(c.folder)), W(c.parent));
@@ -86,32 +62,20 @@ TEST(FilePaths, ParentsAndTops)
 
 TEST(FilePaths, TypedNamesAreCheckedAndCompleted)
 {
-    struct SCase {
-        const char* typed;
-        EFileNameCheck check;
-        const char* completed;
-    } const cases[] = {
-        {"backup", EFileNameCheck::kValid, "backup.reg"},
-        {"backup.txt", EFileNameCheck::kValid, "backup.txt"},
-        {"my.backup", EFileNameCheck::kValid, "my.backup"},
-        {"résumé", EFileNameCheck::kValid, "résumé.reg"},
-        {"", EFileNameCheck::kEmpty, nullptr},
-        {".", EFileNameCheck::kDotName, nullptr},
-        {"..", EFileNameCheck::kDotName, nullptr},
-        {"...", EFileNameCheck::kValid, "..."},
-        {"a\\b", EFileNameCheck::kBadCharacters, nullptr},
-        {"a/b", EFileNameCheck::kBadCharacters, nullptr},
-        {"c:", EFileNameCheck::kBadCharacters, nullptr},
-        {"*", EFileNameCheck::kBadCharacters, nullptr},
-        {"what?", EFileNameCheck::kBadCharacters, nullptr},
-        {"\"q\"", EFileNameCheck::kBadCharacters, nullptr},
-        {"<a>", EFileNameCheck::kBadCharacters, nullptr},
-        {"a|b", EFileNameCheck::kBadCharacters, nullptr},
+    struct SCase { const char* typed; EFileNameCheck check; const char* completed; } const cases[] = {
+        {"backup", EFileNameCheck::kValid, "backup.reg"}, {"backup.txt", EFileNameCheck::kValid, "backup.txt"},
+        {"my.backup", EFileNameCheck::kValid, "my.backup"}, {"résumé", EFileNameCheck::kValid, "résumé.reg"},
+        {"", EFileNameCheck::kEmpty, nullptr},  {".", EFileNameCheck::kDotName, nullptr},
+        {"..", EFileNameCheck::kDotName, nullptr}, {"...", EFileNameCheck::kValid, "..."},
     };
+    for (const char* bad : {"a\\b", "a/b", "c:", "*", "what?", "\"q\"", "<a>", "a|b"}) {
+        EXPECT_EQ(CheckTypedFileName(W(bad)), EFileNameCheck::kBadCharacters) << bad;
+        EXPECT_FALSE(IsValidFileName(W(bad))) << bad;
+    }
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.typed);
         EXPECT_EQ(CheckTypedFileName(W(c.typed)), c.check);
-        EXPECT_EQ(IsValidFileName(W(c.typed)), c.check != EFileNameCheck::kBadCharacters);
+        EXPECT_TRUE(IsValidFileName(W(c.typed)));
         if (c.completed != nullptr) {
             EXPECT_EQ(WithDefaultExtension(W(c.typed)), W(c.completed));
         }
@@ -132,19 +96,14 @@ TEST(FilePaths, RowImages)
     EXPECT_EQ(FileRowImage(kRowFile, 0, W("reg")), 0);
 }
 
-TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
+TEST(FilePaths, LocationsShortenFromTheMiddleAndSpecialFoldersExpandAtTheStart)
 {
-    struct SCase {
-        const char* folder;
-        size_t width;
-        const char* expected;
-    } const cases[] = {
+    struct SCase { const char* folder; size_t width; const char* expected; } const cases[] = {
         {"\\My Documents\\Personal\\Backups", 100, "Location: \\My Documents\\Personal\\Backups"},
         {"\\My Documents\\Personal\\Backups", 36, "Location: \\My Documents\\P...\\Backups"},
         {"\\My Documents\\Personal\\Backups", 22, "Location: \\...\\Backups"},
         {"\\My Documents\\Personal\\Backups", 21, "Location: ...\\Backups"},
-        {"\\My Documents\\Personal\\Backups", 18, "Location: ...ckups"},
-        {"\\Windows", 17, "Location: ...dows"},
+        {"\\My Documents\\Personal\\Backups", 18, "Location: ...ckups"}, {"\\Windows", 17, "Location: ...dows"},
         {"\\Windows", 1, "Location: ..."},
     };
     for (const SCase& c : cases) {
@@ -153,33 +112,16 @@ TEST(FilePaths, LocationsShortenFromTheMiddleThenTheEnds)
             ShortenedLocation(W(c.folder), [&](const CString& candidate) { return candidate.GetLength() <= c.width; });
         EXPECT_EQ(text, W(c.expected));
     }
-}
 
-TEST(FilePaths, SpecialFoldersExpandAtTheStartOnly)
-{
-    const auto resolve = [](int index) -> CString {
-        switch (index) {
-        case 2:
-            return W("\\Windows");
-        case 3:
-            return W("\\Temp\\");
-        default:
-            return CString();
-        }
+    const auto resolve = [](int index) {
+        return index == 2 ? W("\\Windows") : index == 3 ? W("\\Temp\\") : CString();
     };
-    struct SCase {
-        const char* path;
-        const char* expected;
-    } const cases[] = {
-        {"%Windows%", "\\Windows"},
-        {"%windows%\\quenda.reg", "\\Windows\\quenda.reg"},
-        {"%TEMP%\\x.reg", "\\Temp\\x.reg"},
-        {"%Temp%", "\\Temp\\"},
-        {"%StartUp%\\x", "%StartUp%\\x"},
-        {"%Windowsx%", "%Windowsx%"},
-        {"\\a\\%Windows%", "\\a\\%Windows%"},
+    struct SSpecial { const char* path; const char* expected; } const specials[] = {
+        {"%Windows%", "\\Windows"}, {"%windows%\\quenda.reg", "\\Windows\\quenda.reg"},
+        {"%TEMP%\\x.reg", "\\Temp\\x.reg"}, {"%Temp%", "\\Temp\\"}, {"%StartUp%\\x", "%StartUp%\\x"},
+        {"%Windowsx%", "%Windowsx%"}, {"\\a\\%Windows%", "\\a\\%Windows%"},
     };
-    for (const SCase& c : cases) {
+    for (const SSpecial& c : specials) {
         SCOPED_TRACE(c.path);
         EXPECT_EQ(ExpandSpecialFolder(W(c.path), resolve), W(c.expected));
     }

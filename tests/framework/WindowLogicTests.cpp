@@ -5,54 +5,36 @@
 
 #include "framework/CommandLine.h"
 #include "framework/DpiScale.h"
+#include "framework/ObjectKey.h"
 #include "framework/SystemInfo.h"
 #include "framework/WaitCursorState.h"
 #include "tests/support/TestText.h"
 
 namespace {
 
-TEST(DpiScale, RoundsHalfAwayFromZeroInBothDirections)
+TEST(DpiScale, RoundsHalfAwayFromZeroEachAxisByItsOwnResolution)
 {
-    struct SCase {
-        int units;
-        int dpi;
-        int pixels;
-    } cases[] = {
+    struct SCase { int units; int dpi; int pixels; } cases[] = {
         {0, 96, 0},    {7, 96, 7},     {7, 192, 14},   {1, 120, 1},  {2, 120, 3},    {-2, 120, -3},
         {-1, 120, -1}, {17, 144, 26},  {-17, 144, -26}, {5, 131, 7}, {-5, 131, -7}, {1, 48, 1},
         {-1, 48, -1},  {1, 47, 0},     {-1, 47, 0},    {100000000, 192, 200000000},
     };
     for (const SCase& c : cases)
         EXPECT_EQ(ScaleByDpi(c.units, c.dpi), c.pixels) << c.units << " at " << c.dpi;
-}
 
-TEST(DpiScale, ScreenScalingUsesEachAxisOwnResolution)
-{
+    // Each axis scales by its own resolution; point sizes become character heights.
     CScopedScreenDpi dpi(192, 120);
-    EXPECT_EQ(ScaleX(10), 20);
-    EXPECT_EQ(ScaleY(10), 13);
-    EXPECT_EQ(ScaleY(-10), -13);
+    EXPECT_EQ(std::vector<int>({ScaleX(10), ScaleY(10), ScaleY(-10)}), std::vector<int>({20, 13, -13}));
+    EXPECT_EQ(std::vector<int>({FontHeightForPoints(8, 96), FontHeightForPoints(8, 192), FontHeightForPoints(9, 96)}),
+              std::vector<int>({-11, -21, -12}));
 }
 
-TEST(DpiScale, PointSizesBecomeCharacterHeights)
+TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99AndPicksMenuBars)
 {
-    EXPECT_EQ(FontHeightForPoints(8, 96), -11);
-    EXPECT_EQ(FontHeightForPoints(8, 192), -21);
-    EXPECT_EQ(FontHeightForPoints(9, 96), -12);
-}
-
-TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99)
-{
-    EXPECT_EQ(PackOsVersion(4, 20), 0x0420u);
-    EXPECT_EQ(PackOsVersion(4, 21), 0x0421u);
-    EXPECT_EQ(PackOsVersion(5, 0), 0x0500u);
-    EXPECT_EQ(PackOsVersion(10, 0), 0x1000u);
-    EXPECT_EQ(PackOsVersion(120, 2), 0x9902u);
-    EXPECT_EQ(PackOsVersion(5, 250), 0x0599u);
-}
-
-TEST(OsVersion, OnlyAnOldSmartphoneTakesMenuBarResources)
-{
+    EXPECT_EQ(std::vector<DWORD>({PackOsVersion(4, 20), PackOsVersion(4, 21), PackOsVersion(5, 0),
+                                  PackOsVersion(10, 0), PackOsVersion(120, 2), PackOsVersion(5, 250)}),
+              std::vector<DWORD>({0x0420, 0x0421, 0x0500, 0x1000, 0x9902, 0x0599}));
+    // Only an old smartphone takes menu bar resources.
     EXPECT_TRUE(UsesMenuBarResource(true, 0x0421));
     EXPECT_FALSE(UsesMenuBarResource(true, 0x0500));
     EXPECT_FALSE(UsesMenuBarResource(false, 0x0420));
@@ -90,10 +72,8 @@ TEST(CommandLineToken, SplitsAtBlanksOutsideQuotes)
     EXPECT_EQ(AllTokens("\ttab "), (std::vector<std::string>{"\ttab"})) << "only the space is a blank";
     EXPECT_TRUE(AllTokens("   ").empty());
     EXPECT_TRUE(AllTokens("").empty());
-}
 
-TEST(CommandLineToken, StopsAtTheGivenLength)
-{
+    // Reading stops at the given length.
     const CString text = W("abc def");
     size_t position = 0;
     CString token;
@@ -146,6 +126,52 @@ TEST(WaitCursor, NestedWaitsRestoreTheFirstCursorAtTheLastEnd)
     EXPECT_EQ(state.GetCount(), 1);
     state.Change(-1, cursor);
     EXPECT_EQ(cursor.m_current, other) << "a fresh wait saves the cursor of its own start";
+}
+
+
+CString Encoded(DWORD value)
+{
+    WCHAR key[kObjectKeyLength];
+    EncodeObjectKey(value, key);
+    return CString(key);
+}
+
+TEST(ObjectKey, EncodesValueThenCheckDigitsLowestNibbleFirstAndRefusesDamage)
+{
+    // Check value of 1..8: 1, 4, 11, 26, 57, 120, 247, 502 = 0x1F6; of eight Fs
+    // 15 * 255 = 0xEF1.
+    EXPECT_EQ(Encoded(0x12345678), W("123456786F10"));
+    EXPECT_EQ(Encoded(0), W("000000000000"));
+    EXPECT_EQ(Encoded(0xFFFFFFFF), W("FFFFFFFF1FE0"));
+    for (DWORD value : {0x1u, 0x12345678u, 0xABCDEF01u, 0x80000000u, 0xFFFFFFFFu})
+        EXPECT_EQ(DecodeObjectKey(Encoded(value)), value);
+    EXPECT_EQ(DecodeObjectKey(W("abcdef01").GetString()), 0u) << "too short";
+    EXPECT_EQ(DecodeObjectKey(W("123456786f10")), 0x12345678u) << "lower case is accepted";
+    EXPECT_EQ(DecodeObjectKey(W("123456786F10trailing")), 0x12345678u);
+
+    // Damaged: a check digit altered, a value digit altered, two digits
+    // swapped, eleven digits, empty, a blank, a non-digit.
+    for (const char* text : {"123456786F11", "123456796F10", "213456786F10", "123456786F1", "", "12345678 6F10",
+                             "1234567G6F10"})
+        EXPECT_EQ(DecodeObjectKey(W(text)), 0u) << text;
+    EXPECT_EQ(DecodeObjectKey(nullptr), 0u);
+
+    // Tokens stand for live objects only.
+    CShdObjectTokens tokens;
+    int first = 0;
+    int second = 0;
+    const DWORD a = tokens.Add(&first);
+    const DWORD b = tokens.Add(&second);
+    EXPECT_NE(a, 0u);
+    EXPECT_NE(a, b);
+    EXPECT_EQ(tokens.Find(a), &first);
+    EXPECT_EQ(tokens.Find(b), &second);
+    tokens.Remove(a);
+    EXPECT_EQ(tokens.Find(a), nullptr);
+    EXPECT_EQ(tokens.Find(b), &second);
+    EXPECT_NE(tokens.Add(&first), a) << "a dead token is not handed out again at once";
+    EXPECT_EQ(tokens.Add(nullptr), 0u);
+    EXPECT_EQ(tokens.Find(0), nullptr);
 }
 
 }  // namespace

@@ -91,17 +91,6 @@ TEST_F(RegistryConformance, KeysAreFoundWithoutRegardToCaseAndKeepTheirCase)
     m_platform.RegCloseKey(opened);
 }
 
-TEST_F(RegistryConformance, KeyOpenedWithNoRightsCanBeReadAndWritten)
-{
-    Set(m_key, W("v"), REG_DWORD, Bytes({1, 0, 0, 0}));
-    HKEY key = nullptr;
-    ASSERT_EQ(m_platform.RegOpenKeyExW(HKEY_CURRENT_USER, m_scratch.Path(), 0, 0, &key), ERROR_SUCCESS);
-    EXPECT_EQ(Get(key, W("v")), Bytes({1, 0, 0, 0}));
-    Set(key, W("w"), REG_BINARY, Bytes({2}));
-    EXPECT_EQ(m_platform.RegFlushKey(key), ERROR_SUCCESS);
-    EXPECT_EQ(m_platform.RegCloseKey(key), ERROR_SUCCESS);
-}
-
 TEST_F(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
 {
     for (const char* name : {"b", "A", "c", "_x", "B2"})
@@ -116,10 +105,10 @@ TEST_F(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
     EXPECT_EQ(m_platform.RegEnumKeyExW(m_key, 99, name, &length), ERROR_NO_MORE_ITEMS);
 }
 
-TEST_F(RegistryConformance, NameThatExactlyFillsTheBufferIsMoreData)
+TEST_F(RegistryConformance, ANameThatExactlyFillsTheBufferIsMoreDataAndDataTooLargeReportsItsSize)
 {
     m_platform.RegCloseKey(Create(m_key, W("Sub")));
-    WCHAR name[8];
+    WCHAR name[261];
     for (DWORD capacity : {3u, 2u}) {
         DWORD length = capacity;
         EXPECT_EQ(m_platform.RegEnumKeyExW(m_key, 0, name, &length), ERROR_MORE_DATA);
@@ -138,23 +127,17 @@ TEST_F(RegistryConformance, NameThatExactlyFillsTheBufferIsMoreData)
     EXPECT_EQ(length, 3u);
     EXPECT_EQ(size, 5u) << "the data size is still reported";
     EXPECT_EQ(type, static_cast<DWORD>(REG_BINARY));
-}
+    ASSERT_EQ(m_platform.RegDeleteValueW(m_key, W("val")), ERROR_SUCCESS);
 
-TEST_F(RegistryConformance, ValueDataThatDoesNotFitReportsItsSize)
-{
-    std::vector<BYTE> big(3000);
-    for (size_t i = 0; i < big.size(); ++i)
-        big[i] = static_cast<BYTE>(i * 7);
+    // Value data that does not fit reports its size.
+    const std::vector<BYTE> big = Sequence(3000, 7);
     Set(m_key, W("big"), REG_BINARY, big);
-
     BYTE small[1025];
-    DWORD size = sizeof(small);
-    DWORD type = 0;
+    size = sizeof(small);
     EXPECT_EQ(m_platform.RegQueryValueExW(m_key, W("big"), &type, small, &size), ERROR_MORE_DATA);
     EXPECT_EQ(size, 3000u);
 
-    WCHAR name[261];
-    DWORD length = 261;
+    length = 261;
     size = sizeof(small);
     EXPECT_EQ(m_platform.RegEnumValueW(m_key, 0, name, &length, &type, small, &size), ERROR_MORE_DATA);
     EXPECT_EQ(size, 3000u);
@@ -176,31 +159,19 @@ TEST_F(RegistryConformance, ValueDataThatDoesNotFitReportsItsSize)
 }
 
 // Awkward data of every type, stored and read back byte for byte.
-struct SValueCase {
-    const char* name;
-    DWORD type;
-    std::vector<BYTE> data;
-};
-
 TEST_F(RegistryConformance, StoresExactlyTheBytesItIsGiven)
 {
-    const SValueCase cases[] = {
-        {"sz odd, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x00})},
-        {"sz even, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x62, 0x00})},
-        {"sz one byte", REG_SZ, Bytes({0x61})},
-        {"sz embedded nul", REG_SZ, Bytes({0x61, 0, 0, 0, 0x62, 0, 0, 0})},
-        {"sz empty", REG_SZ, {}},
+    const struct { const char* name; DWORD type; std::vector<BYTE> data; } cases[] = {
+        {"sz odd, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x00})}, {"sz one byte", REG_SZ, Bytes({0x61})},
+        {"sz even, no terminator", REG_SZ, Bytes({0x61, 0x00, 0x62, 0x00})}, {"sz empty", REG_SZ, {}},
+        {"sz embedded nul", REG_SZ, Bytes({0x61, 0, 0, 0, 0x62, 0, 0, 0})}, {"none", REG_NONE, Bytes({9})},
         {"expand no terminator", REG_EXPAND_SZ, Bytes({0x25, 0x00, 0x41, 0x00})},
-        {"multi empty list", REG_MULTI_SZ, Bytes({0, 0})},
-        {"multi odd nuls", REG_MULTI_SZ, Bytes({0x61, 0, 0, 0, 0})},
+        {"multi empty list", REG_MULTI_SZ, Bytes({0, 0})}, {"multi odd nuls", REG_MULTI_SZ, Bytes({0x61, 0, 0, 0, 0})},
         {"multi unterminated", REG_MULTI_SZ, Bytes({0x61, 0, 0, 0, 0x62, 0})},
-        {"dword short", REG_DWORD, Bytes({1, 2, 3})},
-        {"dword", REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF})},
-        {"binary empty", REG_BINARY, {}},
-        {"none", REG_NONE, Bytes({9})},
-        {"unknown type", 0x12345, Bytes({1, 2})},
+        {"dword short", REG_DWORD, Bytes({1, 2, 3})}, {"dword", REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF})},
+        {"binary empty", REG_BINARY, {}}, {"unknown type", 0x12345, Bytes({1, 2})},
     };
-    for (const SValueCase& item : cases) {
+    for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
         Set(m_key, W(item.name), item.type, item.data);
         DWORD type = 0;
@@ -233,7 +204,7 @@ TEST_F(RegistryConformance, ValueNamesIgnoreCaseAndKeepTheirFirstSpelling)
     EXPECT_EQ(m_platform.RegDeleteValueW(m_key, W("Ärger")), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClass)
+TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClassKeysWithSubkeysStay)
 {
     HKEY key = Create(m_key, W("Info"), TEXT("myclass"));
     Set(key, W("a"), REG_BINARY, Bytes({1, 2, 3}));
@@ -248,12 +219,8 @@ TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClass)
                                           &maxValueName, &maxValue),
               ERROR_SUCCESS);
     EXPECT_EQ(CString(className), W("myclass"));
-    EXPECT_EQ(classLength, 7u);
-    EXPECT_EQ(subKeys, 2u);
-    EXPECT_EQ(maxSubKey, 11u);
-    EXPECT_EQ(values, 2u);
-    EXPECT_EQ(maxValueName, 11u);
-    EXPECT_EQ(maxValue, 3u);
+    EXPECT_EQ(std::vector<DWORD>({classLength, subKeys, maxSubKey, values, maxValueName, maxValue}),
+              std::vector<DWORD>({7, 2, 11, 2, 11, 3}));
 
     // A class that exactly fills the buffer does not fit.
     classLength = 7;
@@ -277,31 +244,28 @@ TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClass)
         m_platform.RegCloseKey(again);
     }
     m_platform.RegCloseKey(key);
-}
 
-TEST_F(RegistryConformance, KeysWithSubkeysRefuseDeletion)
-{
+    // Keys with subkeys refuse deletion.
     m_platform.RegCloseKey(Create(m_key, W("Parent\\Child")));
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("Parent")), ERROR_ACCESS_DENIED);
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("parent\\CHILD")), ERROR_SUCCESS);
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("Parent\\Child")), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(m_platform.RegDeleteKeyW(m_key, W("Parent")), ERROR_SUCCESS);
-    EXPECT_TRUE(Names(m_key).empty());
+    EXPECT_EQ(Names(m_key), std::vector<CString>{W("Info")});
 }
 
-TEST_F(RegistryConformance, HandleOfADeletedKeyAnswersKeyDeleted)
+// A key opened with no rights is read and written all the same; the roots
+// need no opening; the handle of a deleted key answers "key deleted".
+TEST_F(RegistryConformance, HandlesWithoutRightsOfRootsAndOfDeletedKeys)
 {
-    HKEY doomed = Create(m_key, W("Doomed"));
-    Set(doomed, W("v"), REG_BINARY, Bytes({1}));
-    ASSERT_EQ(m_platform.RegDeleteKeyW(m_key, W("Doomed")), ERROR_SUCCESS);
-    DWORD size = 0;
-    EXPECT_EQ(m_platform.RegQueryValueExW(doomed, W("v"), nullptr, nullptr, &size), ERROR_KEY_DELETED);
-    EXPECT_EQ(m_platform.RegSetValueExW(doomed, W("w"), REG_BINARY, nullptr, 0), ERROR_KEY_DELETED);
-    EXPECT_EQ(m_platform.RegCloseKey(doomed), ERROR_SUCCESS);
-}
+    Set(m_key, W("v"), REG_DWORD, Bytes({1, 0, 0, 0}));
+    HKEY key = nullptr;
+    ASSERT_EQ(m_platform.RegOpenKeyExW(HKEY_CURRENT_USER, m_scratch.Path(), 0, 0, &key), ERROR_SUCCESS);
+    EXPECT_EQ(Get(key, W("v")), Bytes({1, 0, 0, 0}));
+    Set(key, W("w"), REG_BINARY, Bytes({2}));
+    EXPECT_EQ(m_platform.RegFlushKey(key), ERROR_SUCCESS);
+    EXPECT_EQ(m_platform.RegCloseKey(key), ERROR_SUCCESS);
 
-TEST_F(RegistryConformance, PredefinedRootsNeedNoOpening)
-{
     DWORD subKeys = 0;
     EXPECT_EQ(m_platform.RegQueryInfoKeyW(HKEY_CURRENT_USER, nullptr, nullptr, &subKeys, nullptr, nullptr, nullptr,
                                           nullptr),
@@ -309,9 +273,16 @@ TEST_F(RegistryConformance, PredefinedRootsNeedNoOpening)
     EXPECT_GE(subKeys, 1u);
     EXPECT_EQ(m_platform.RegFlushKey(HKEY_LOCAL_MACHINE), ERROR_SUCCESS);
     EXPECT_EQ(m_platform.RegCloseKey(HKEY_USERS), ERROR_SUCCESS);
-    HKEY key = nullptr;
     EXPECT_EQ(m_platform.RegOpenKeyExW(HKEY_CLASSES_ROOT, W(""), 0, 0, &key), ERROR_SUCCESS);
     m_platform.RegCloseKey(key);
+
+    HKEY doomed = Create(m_key, W("Doomed"));
+    Set(doomed, W("v"), REG_BINARY, Bytes({1}));
+    ASSERT_EQ(m_platform.RegDeleteKeyW(m_key, W("Doomed")), ERROR_SUCCESS);
+    DWORD size = 0;
+    EXPECT_EQ(m_platform.RegQueryValueExW(doomed, W("v"), nullptr, nullptr, &size), ERROR_KEY_DELETED);
+    EXPECT_EQ(m_platform.RegSetValueExW(doomed, W("w"), REG_BINARY, nullptr, 0), ERROR_KEY_DELETED);
+    EXPECT_EQ(m_platform.RegCloseKey(doomed), ERROR_SUCCESS);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "platform/PlatformHandle.h"
+#include "regfile/FileWriteCache.h"
 #include "regfile/RegExporter.h"
+#include "regfile/RegFileJob.h"
 #include "registry/RegKey.h"
 #include "tests/regfile/ExportTestFiles.h"
 #include "tests/support/GatePlatform.h"
@@ -36,14 +39,6 @@ public:
     }
 };
 
-std::vector<BYTE> Sequence(int count)
-{
-    std::vector<BYTE> bytes;
-    for (int i = 0; i < count; ++i)
-        bytes.push_back(static_cast<BYTE>(i));
-    return bytes;
-}
-
 // Version 5 text without the byte-order mark, to find inside a file.
 std::string Version5Text(const char* utf8Text)
 {
@@ -52,39 +47,29 @@ std::string Version5Text(const char* utf8Text)
 
 class RegExporterTest : public testing::Test {
 protected:
-    RegExporterTest() : m_scoped(m_platform), m_scratch(TEXT("Export")), m_file("export-test.reg") {}
-
-    void Write(const char* keyPath, const char* name, DWORD type, const std::vector<BYTE>& data)
-    {
-        WriteTestValue(m_scratch.Handle(), W(keyPath), W(name), type, data);
-    }
-
     // The registry behind data/every-form-*.reg.
-    void FillEveryForm()
+    RegExporterTest() : m_scoped(m_platform), m_scratch(TEXT("Export")), m_file("export-test.reg")
     {
-        Write("", "", REG_SZ, Utf16Bytes(W("Default value"), true));
-        Write("", "@", REG_SZ, Utf16Bytes(W("literal at"), true));
-        Write("", "binary25", REG_BINARY, Sequence(25));
-        Write("", "binary26", REG_BINARY, Sequence(26));
-        Write("", "dword", REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12}));
-        Write("", "dword3", REG_DWORD, Bytes({1, 2, 3}));
-        Write("", "embedded", REG_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true));
-        Write("", "empty", REG_BINARY, {});
-        Write("", "expand", REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%\\ü"), true));
-        Write("", "Grüße", REG_SZ, Utf16Bytes(W("Müller \"quoted\" C:\\path"), true));
-        Write("", "lines", REG_SZ, Utf16Bytes(W("one\r\ntwo\tthree"), true));
-        Write("", "multi", REG_MULTI_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true) + Bytes({0, 0, 0, 0}));
-        Write("", "none", REG_NONE, Bytes({1, 2}));
-        Write("", "odd", REG_SZ, Bytes({0x61, 0, 0x62}));
-        Write("", "quote\"and\\slash", REG_SZ, Utf16Bytes(W("a\"b\\c"), true));
-        Write("", "qword", REG_QWORD, Bytes({1, 2, 3, 4, 5, 6, 7, 8}));
-        Write("", "unknown", 0x1234, Bytes({0xFF}));
-        Write("", "unterminated", REG_SZ, Utf16Bytes(W("abc"), false));
-        Write("a", "inA", REG_DWORD, Bytes({1, 0, 0, 0}));
-        Write("a\\Ünïcode", "x", REG_SZ, Utf16Bytes(W("é"), true));
+        const struct { const char* key; const char* name; DWORD type; std::vector<BYTE> data; } values[] = {
+            {"", "", REG_SZ, Utf16Bytes(W("Default value"), true)},
+            {"", "@", REG_SZ, Utf16Bytes(W("literal at"), true)},
+            {"", "binary25", REG_BINARY, Sequence(25)}, {"", "binary26", REG_BINARY, Sequence(26)},
+            {"", "dword", REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12})}, {"", "dword3", REG_DWORD, Bytes({1, 2, 3})},
+            {"", "embedded", REG_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true)},
+            {"", "empty", REG_BINARY, {}}, {"", "expand", REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%\\ü"), true)},
+            {"", "Grüße", REG_SZ, Utf16Bytes(W("Müller \"quoted\" C:\\path"), true)},
+            {"", "lines", REG_SZ, Utf16Bytes(W("one\r\ntwo\tthree"), true)},
+            {"", "multi", REG_MULTI_SZ, Utf16Bytes(W("a"), true) + Utf16Bytes(W("b"), true) + Bytes({0, 0, 0, 0})},
+            {"", "none", REG_NONE, Bytes({1, 2})}, {"", "odd", REG_SZ, Bytes({0x61, 0, 0x62})},
+            {"", "quote\"and\\slash", REG_SZ, Utf16Bytes(W("a\"b\\c"), true)},
+            {"", "qword", REG_QWORD, Bytes({1, 2, 3, 4, 5, 6, 7, 8})}, {"", "unknown", 0x1234, Bytes({0xFF})},
+            {"", "unterminated", REG_SZ, Utf16Bytes(W("abc"), false)}, {"a", "inA", REG_DWORD, Bytes({1, 0, 0, 0})},
+            {"a\\Ünïcode", "x", REG_SZ, Utf16Bytes(W("é"), true)}, {"c", "", REG_SZ, Utf16Bytes(W("c default"), true)},
+        };
+        for (const auto& value : values)
+            WriteTestValue(m_scratch.Handle(), W(value.key), W(value.name), value.type, value.data);
         CShdRegKey b(true);
-        ASSERT_TRUE(b.Create(m_scratch.Handle(), W("B"), nullptr));
-        Write("c", "", REG_SZ, Utf16Bytes(W("c default"), true));
+        EXPECT_TRUE(b.Create(m_scratch.Handle(), W("B"), nullptr));
     }
 
     // Exports the scratch key (or the whole registry) to the end; false if
@@ -105,7 +90,6 @@ protected:
 
 TEST_F(RegExporterTest, EveryValueFormInBothVersions)
 {
-    FillEveryForm();
     for (bool unicode : {true, false}) {
         SCOPED_TRACE(unicode ? "version 5" : "version 4");
         bool result = false;
@@ -119,7 +103,6 @@ TEST_F(RegExporterTest, EveryValueFormInBothVersions)
 
 TEST_F(RegExporterTest, AKeyThatCannotBeOpenedIsSkippedWithItsSubtree)
 {
-    FillEveryForm();
     m_platform.FailOpen(TEXT("a"));
     bool result = false;
     ASSERT_TRUE(Export(true, result));
@@ -136,7 +119,6 @@ TEST_F(RegExporterTest, AKeyThatCannotBeOpenedIsSkippedWithItsSubtree)
 
 TEST_F(RegExporterTest, ACancelledExportEndsWithTheCancelLine)
 {
-    FillEveryForm();
     m_platform.PauseAt(TEXT("c"));
     ASSERT_TRUE(m_exporter.Start(m_file.Path(), false, true, HKEY_CURRENT_USER, m_scratch.Path()));
     ASSERT_TRUE(m_platform.WaitUntilReached());
@@ -151,7 +133,6 @@ TEST_F(RegExporterTest, ACancelledExportEndsWithTheCancelLine)
 
 TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
 {
-    FillEveryForm();
     m_platform.LimitFileWrites(100);
     bool result = true;
     ASSERT_TRUE(Export(true, result));
@@ -162,14 +143,12 @@ TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
     // In version 4 a character must become one ANSI byte, in a name as in
     // text shown as hex; version 5 has no such limit.
     m_platform.m_doubleByteAnsi = true;
-    const struct {
-        const char* name;
-        const char* text;
-    } cases[] = {{"日本", "ok"}, {"text", "日本"}};
+    const struct { const char* name; const char* text; } cases[] = {{"日本", "ok"}, {"text", "日本"}};
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
         DeleteTreeForTests(m_scratch.Handle(), TEXT("Ideographs"));
-        Write("Ideographs", item.name, REG_MULTI_SZ, Utf16Bytes(W(item.text), true) + Bytes({0, 0}));
+        WriteTestValue(m_scratch.Handle(), W("Ideographs"), W(item.name), REG_MULTI_SZ,
+                       Utf16Bytes(W(item.text), true) + Bytes({0, 0}));
         ASSERT_TRUE(Export(false, result));
         EXPECT_FALSE(result);
         ASSERT_TRUE(Export(true, result));
@@ -179,7 +158,6 @@ TEST_F(RegExporterTest, WriteAndConversionFailuresFailTheExport)
 
 TEST_F(RegExporterTest, TheWholeRegistryHoldsTheFourRootsInOrder)
 {
-    Write("", "v", REG_DWORD, Bytes({1, 0, 0, 0}));
     bool result = false;
     ASSERT_TRUE(Export(true, result, true));
     EXPECT_TRUE(result);
@@ -193,8 +171,109 @@ TEST_F(RegExporterTest, TheWholeRegistryHoldsTheFourRootsInOrder)
         EXPECT_GT(position, previous);
         previous = position;
     }
-    EXPECT_NE(file.find(Version5Text("[HKEY_CURRENT_USER\\Software\\QuendaTests\\Export]\n\"v\"=dword:00000001\n")),
+    EXPECT_NE(file.find(Version5Text("[HKEY_CURRENT_USER\\Software\\QuendaTests\\Export]\n\"@\"=\"Default value\"\n")),
               std::string::npos);
+}
+
+
+// Takes `steps` steps (-1: until cancelled), polling before each, and then
+// reports `outcome`.
+class CStepJob : public CRegFileJob {
+public:
+    ~CStepJob() override { Cancel(false); }
+    bool Start(LPCWSTR path, int steps, bool outcome)
+    {
+        if (IsRunning())
+            return false;
+        m_steps = steps;
+        m_outcome = outcome;
+        return StartJob(path);
+    }
+
+protected:
+    bool Run() override
+    {
+        for (int step = 0; m_steps < 0 || step < m_steps; ++step) {
+            if (IsCancelled())
+                return false;
+            Platform().Sleep(1);
+        }
+        return m_outcome;
+    }
+
+private:
+    int m_steps = 0;
+    bool m_outcome = false;
+};
+
+TEST(RegFileJob, FinishCancelAndStartAgain)
+{
+    CFaultInjectingPlatform faults;
+    CScopedPlatform scoped(faults);
+    CTestFile file("job-test.bin");
+    CStepJob job;
+    const auto isDone = [&] { return Platform().WaitForSingleObject(job.DoneEvent(), 0) == WAIT_OBJECT_0; };
+    bool result = true;
+    EXPECT_FALSE(job.GetResult(result)) << "no job yet";
+
+    for (bool outcome : {true, false}) {
+        ASSERT_TRUE(job.Start(file.Path(), 3, outcome));
+        ASSERT_EQ(Platform().WaitForSingleObject(job.DoneEvent(), 10000), static_cast<DWORD>(WAIT_OBJECT_0));
+        EXPECT_TRUE(job.GetResult(result));
+        EXPECT_EQ(result, outcome);
+        EXPECT_FALSE(job.GetResult(result)) << "the result is taken once";
+    }
+
+    CShdHandle written(Platform().CreateFileW(file.Path(), GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL));
+    written.Reset();
+    ASSERT_TRUE(job.Start(file.Path(), -1, true));
+    EXPECT_FALSE(job.Start(file.Path(), 1, true)) << "one job at a time";
+    job.Cancel(true);
+    EXPECT_FALSE(job.IsRunning());
+    EXPECT_FALSE(isDone()) << "a cancelled job is not done";
+    EXPECT_FALSE(job.GetResult(result));
+    EXPECT_FALSE(file.Exists());
+
+    faults.FailThreadCreation();
+    EXPECT_FALSE(job.Start(file.Path(), 1, true));
+    faults.Clear();
+    ASSERT_TRUE(job.Start(file.Path(), 1, true)) << "the events were reset for the next job";
+    EXPECT_TRUE(job.GetResult(result));
+    EXPECT_TRUE(isDone());
+}
+
+
+TEST(FileWriteCache, WritesFullBuffersOnlyAndNothingAfterAShortWrite)
+{
+    CFaultInjectingPlatform faults;
+    CScopedPlatform scoped(faults);
+    CTestFile file("write-cache-test.bin");
+    CShdHandle handle(
+        Platform().CreateFileW(file.Path(), GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL));
+    CShdFileWriteCache cache;
+    ASSERT_TRUE(cache.SetBufferSize(8));
+    ASSERT_TRUE(cache.Attach(handle.Get()));
+    EXPECT_TRUE(cache.Write("abcdef", 6));
+    EXPECT_EQ(file.Bytes(), "");
+    EXPECT_TRUE(cache.Write("ghijklmnopqrs", 13));
+    EXPECT_EQ(file.Bytes(), "abcdefghijklmnop") << "two full buffers";
+    EXPECT_FALSE(cache.Write(nullptr, 1));
+    EXPECT_FALSE(cache.SetBufferSize(16)) << "bytes are still buffered";
+    EXPECT_TRUE(cache.Flush());
+    EXPECT_EQ(file.Bytes(), "abcdefghijklmnopqrs");
+    EXPECT_FALSE(cache.Write("t", 1)) << "the flush forgot the handle";
+
+    // The file takes two bytes more: the buffer of four fails whole, and
+    // nothing written later may land after the gap.
+    faults.LimitFileWrites(2);
+    ASSERT_TRUE(cache.SetBufferSize(4));
+    ASSERT_TRUE(cache.Attach(handle.Get()));
+    EXPECT_TRUE(cache.Write("tu", 2));
+    EXPECT_FALSE(cache.Write("vw", 2));
+    faults.Clear();
+    EXPECT_FALSE(cache.Write("xy", 2));
+    EXPECT_TRUE(cache.Close());
+    EXPECT_EQ(file.Bytes(), "abcdefghijklmnopqrstu");
 }
 
 }  // namespace

@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/RegImportRun.h"
+#include "regfile/RegImporter.h"
+#include "regfile/RegLineReader.h"
 #include "registry/RegKey.h"
+#include "settings/Settings.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestFiles.h"
@@ -43,46 +47,26 @@ protected:
 
 TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
 {
-    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n"
-                       "@=\"default\"\r\n"
-                       "\"@\"=dword:ffffffff\r\n"
-                       "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n"
-                       "\"bin\"=hex:de,AD,0\r\n"
-                       "\"none\"=hex(0):\r\n"
-                       "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n"
-                       "\"long\"=hex(b):01,02,\\\r\n"
-                       "  ; a comment line inside the value\r\n"
-                       "  03 , 04,\\ ; and one after the backslash\r\n"
-                       "  05\r\n"
-                       "\"ä€\"=\"ü\"\r\n" +
-                       kKey + "\\Forms\\C]\r\n"
-                       "@=dword:1 ; a comment: the line holds no quote\r\n"))
+    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n@=\"default\"\r\n\"@\"=dword:ffffffff\r\n"
+                       "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n\"bin\"=hex:de,AD,0\r\n\"none\"=hex(0):\r\n"
+                       "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n\"long\"=hex(b):01,02,\\\r\n"
+                       "  ; a comment line inside the value\r\n  03 , 04,\\ ; and one after the backslash\r\n"
+                       "  05\r\n\"ä€\"=\"ü\"\r\n" +
+                       kKey + "\\Forms\\C]\r\n@=dword:1 ; a comment: the line holds no quote\r\n"))
         << ToUtf8(m_error);
-    EXPECT_EQ(Dump(),
-              ".\n"
-              "Forms\n"
-              "  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n"
-              "  \"@\" 4: ff ff ff ff\n"
-              "  \"bin\" 3: de ad 00\n"
-              "  \"long\" b: 01 02 03 04 05\n"
-              "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n"
-              "  \"none\" 0:\n"
-              "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n"
-              "  \"ä€\" 1: fc 00 00 00\n"
-              "Forms\\C\n"
-              "  \"\" 4: 01 00 00 00\n");
+    EXPECT_EQ(Dump(), ".\nForms\n  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n  \"@\" 4: ff ff ff ff\n"
+                      "  \"bin\" 3: de ad 00\n  \"long\" b: 01 02 03 04 05\n"
+                      "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n  \"none\" 0:\n"
+                      "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n  \"ä€\" 1: fc 00 00 00\n"
+                      "Forms\\C\n  \"\" 4: 01 00 00 00\n");
     EXPECT_EQ(m_error, W(""));
 }
 
 TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 {
-    const struct {
-        const char* body;
-        int line;
-    } cases[] = {
+    const struct { const char* body; int line; } cases[] = {
         // Lines 1 and 2 are the header and the empty line after it.
-        {"\"v\"=\"x\"\r\n", 3},
-        {"\r\n\r\n[HKLM\\Software]\r\n", 5},
+        {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\nname=\"x\"\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:01,\\\r\n\r\n  02,\\\r\n  zz\r\n", 7},
@@ -97,20 +81,11 @@ TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 TEST_F(RegImportRunTest, HeaderMustMatchTheEncodingUnlessTheCheckIsOff)
 {
     const std::string body = "\r\njunk line\r\n" + std::string(kKey) + "\\H]\r\n\"v\"=dword:2\r\n";
-    const struct {
-        bool unicode;
-        const char* header;
-        bool checkHeader;
-        bool imports;
-    } cases[] = {
-        {true, kHeader5, true, true},
-        {true, "windows registry editor version 5.00", true, true},
-        {true, "QUENDA4", true, false},
-        {false, "QUENDA4", true, true},
-        {false, "  quenda4  ", true, true},
-        {false, kHeader5, true, false},
-        {true, "QUENDA4", false, true},
-        {false, "REGEDIT4", false, true},
+    const struct { bool unicode; const char* header; bool checkHeader; bool imports; } cases[] = {
+        {true, kHeader5, true, true},       {true, "windows registry editor version 5.00", true, true},
+        {true, "QUENDA4", true, false},     {false, "QUENDA4", true, true},
+        {false, "  quenda4  ", true, true}, {false, kHeader5, true, false},
+        {true, "QUENDA4", false, true},     {false, "REGEDIT4", false, true},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(std::string(item.header) + (item.unicode ? " unicode" : " ansi") +
@@ -166,7 +141,7 @@ TEST_F(RegImportRunTest, FailedWritesAreReportedAndTheRestIsImported)
     EXPECT_EQ(Dump(), ".\nAfter\n  \"\" 1: 78 00 00 00\nW\n  \"good\" 4: 02 00 00 00\n");
 }
 
-TEST_F(RegImportRunTest, LongLinesLongContinuationsAndTinyFiles)
+TEST_F(RegImportRunTest, LongLinesLongContinuationsTinyFilesAndNoFile)
 {
     std::string hex = std::string(kKey) + "\\Long]\r\n\"run\"=hex:\\\r\n";
     for (int line = 0; line < 400; ++line)
@@ -194,31 +169,108 @@ TEST_F(RegImportRunTest, LongLinesLongContinuationsAndTinyFiles)
     EXPECT_FALSE(ImportBytes("x"));
     EXPECT_EQ(m_error, W("Invalid file header."));
     EXPECT_TRUE(ImportBytes("\n\n")) << "blank lines only: nothing to import";
-}
 
-TEST_F(RegImportRunTest, AnsiFilesWidenTextThroughTheCodePage)
-{
-    std::string file = "QUENDA4\r\n" + std::string(kKey) + "\\Ansi]\r\n\"s\"=\"";
-    file += "\x80\xe4\xff\"\r\n";
-    file += "\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n";
-    ASSERT_TRUE(ImportBytes(file)) << ToUtf8(m_error);
-    EXPECT_EQ(Dump(), ".\nAnsi\n"
-                      "  \"b\" 3: e4\n"
-                      "  \"e\" 2:\n"
-                      "  \"h\" 1: e4 00 ac 20 00 00\n"
-                      "  \"s\" 1: ac 20 e4 00 ff 00 00 00\n");
-}
-
-TEST_F(RegImportRunTest, OpenFailureAndCancelSeenOnlyAtTheEnd)
-{
     CRegImportRun missing(TEXT("no-such-file.reg"), true);
     EXPECT_FALSE(missing.Run([] { return false; }, m_error));
     EXPECT_EQ(m_error, W("Unable to open file \"no-such-file.reg\"."));
+}
 
+// Read a few bytes at a time, so that the widening goes on across reads.
+TEST_F(RegImportRunTest, AnsiFilesWidenTextThroughTheCodePage)
+{
+    ASSERT_TRUE(ImportBytes("QUENDA4\r\n" + std::string(kKey) + "\\Ansi]\r\n\"s\"=\"\x80\xe4\xff\"\r\n" +
+                                "\"h\"=hex(1):e4,80,00\r\n\"e\"=hex(2):\r\n\"b\"=hex:e4\r\n",
+                            true, 5))
+        << ToUtf8(m_error);
+    EXPECT_EQ(Dump(), ".\nAnsi\n  \"b\" 3: e4\n  \"e\" 2:\n  \"h\" 1: e4 00 ac 20 00 00\n"
+                      "  \"s\" 1: ac 20 e4 00 ff 00 00 00\n");
+}
+
+TEST_F(RegImportRunTest, CancelIsSeenOnlyAtTheEnd)
+{
     EXPECT_FALSE(ImportBytes(Utf16FileBytes(std::string(kHeader5) + "\r\n" + kKey + "\\C]\r\n@=dword:5\r\n"), true,
                              0x80000, true));
     EXPECT_EQ(m_error, W("Cancelled by user."));
     EXPECT_EQ(Dump(), ".\nC\n  \"\" 4: 05 00 00 00\n") << "the parse ran to its end first";
+}
+
+// The importer runs the import on its worker, with the header check that the
+// settings ask for; one job at a time, its result taken once. A cancelled job
+// gives no result and keeps the file unless asked.
+TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
+{
+    m_file.Write("REGEDIT4\r\n" + std::string(kKey) + "\\K]\r\n\"v\"=dword:1\r\n");
+    CRegImporter importer;
+    bool result = true;
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    EXPECT_FALSE(importer.Start(m_file.Path())) << "one job at a time";
+    ASSERT_TRUE(importer.GetResult(result, m_error));
+    EXPECT_EQ(m_error, W("Invalid file header."));
+    EXPECT_FALSE(importer.GetResult(result, m_error)) << "the result is taken once";
+
+    Settings().SetDoNotCheckImportHeader(true);
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    EXPECT_TRUE(importer.GetResult(result, m_error));
+    Settings().SetDoNotCheckImportHeader(false);
+    EXPECT_TRUE(result);
+    EXPECT_EQ(m_error, W("")) << "the last run's error is gone";
+    EXPECT_EQ(Dump(), ".\nK\n  \"v\" 4: 01 00 00 00\n");
+
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    importer.Cancel(false);
+    EXPECT_FALSE(importer.GetResult(result, m_error));
+    EXPECT_TRUE(m_file.Exists());
+}
+
+
+// Writes `bytes` to a file and reads it back as lines through a reader with
+// a buffer of `bufferSize` bytes.
+std::vector<CString> ReadLines(const std::string& bytes, DWORD bufferSize, bool* unicode = nullptr)
+{
+    IPlatform& platform = Platform();
+    const CTestFile written("line-reader-test.reg");
+    written.Write(bytes);
+    HANDLE file =
+        platform.CreateFileW(written.Path(), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    std::vector<CString> lines;
+    CRegLineReader reader(file, bufferSize);
+    EXPECT_EQ(reader.Open(platform.GetFileSize(file)), CRegLineReader::EResult::Line);
+    CString line;
+    while (reader.ReadLine(line) == CRegLineReader::EResult::Line)
+        lines.push_back(line);
+    if (unicode != nullptr)
+        *unicode = reader.IsUnicode();
+    platform.CloseHandle(file);
+    return lines;
+}
+
+TEST(RegLineReader, EveryLineEndCountsOnceAtAnyBufferSize)
+{
+    const std::string text = "a\r\nb\rc\nd\n\re\r\n\r\nf\n\ng";
+    const std::vector<CString> expected = {W("a"), W("b"), W("c"), W("d"), W("e"), W(""), W("f"), W(""), W("g")};
+    for (DWORD bufferSize : {1u, 2u, 3u, 7u, 0x80000u}) {
+        SCOPED_TRACE(bufferSize);
+        EXPECT_EQ(ReadLines(text, bufferSize), expected);
+        bool unicode = false;
+        EXPECT_EQ(ReadLines(Utf16FileBytes(text), bufferSize * 2, &unicode), expected);
+        EXPECT_TRUE(unicode);
+    }
+}
+
+TEST(RegLineReader, TinyFilesLongLinesAndOddBytes)
+{
+    EXPECT_TRUE(ReadLines("", 16).empty());
+    EXPECT_EQ(ReadLines("x", 16), std::vector<CString>{W("x")});
+    EXPECT_EQ(ReadLines("\r\n", 16), std::vector<CString>{W("")});
+    EXPECT_TRUE(ReadLines("\xFF\xFE", 16).empty()) << "a byte-order mark alone holds no line";
+    // A last odd byte of a UTF-16 file is no character.
+    EXPECT_EQ(ReadLines(Utf16FileBytes("ab") + "c", 16), std::vector<CString>{W("ab")});
+
+    const std::string longLine(100000, 'q');
+    const std::vector<CString> lines = ReadLines(longLine + "\nz", 4096);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].GetLength(), 100000u);
+    EXPECT_EQ(lines[1], W("z"));
 }
 
 }  // namespace

@@ -7,22 +7,11 @@ using namespace regsyntax;
 
 namespace {
 
-std::vector<BYTE> Data(const CShdBinaryBuffer& buffer)
+TEST(RegSyntax, CommentsEndAtTheFirstQuoteKeyLinesNeedALongRootName)
 {
-    return std::vector<BYTE>(buffer.GetData(), buffer.GetData() + buffer.GetSize());
-}
-
-TEST(RegSyntax, CommentsEndAtTheFirstQuote)
-{
-    const struct {
-        const char* line;
-        const char* stripped;
-    } cases[] = {
-        {"@=dword:1 ; note", "@=dword:1 "},
-        {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
-        {"\"a\"=hex:01 ; note", "\"a\"=hex:01 ; note"},
-        {"  01,02 ; more", "  01,02 "},
-        {"; whole line", ""},
+    const struct { const char* line; const char* stripped; } cases[] = {
+        {"@=dword:1 ; note", "@=dword:1 "}, {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
+        {"\"a\"=hex:01 ; note", "\"a\"=hex:01 ; note"}, {"  01,02 ; more", "  01,02 "}, {"; whole line", ""},
         {"\"a;b\"=\"c\\\";d\"", "\"a;b\"=\"c\\\";d\""},
     };
     for (const auto& item : cases) {
@@ -30,27 +19,17 @@ TEST(RegSyntax, CommentsEndAtTheFirstQuote)
         StripComment(line);
         EXPECT_EQ(line, W(item.stripped)) << item.line;
     }
-}
 
-TEST(RegSyntax, KeyLinesNeedALongRootName)
-{
-    const struct {
-        const char* line;
-        EKeyLine kind;
-        bool deletion;
-        HKEY root;
-        const char* path;
-    } cases[] = {
+    const struct { const char* line; EKeyLine kind; bool deletion; HKEY root; const char* path; } keyLines[] = {
         {"[HKEY_CURRENT_USER\\Software\\X]", EKeyLine::Key, false, HKEY_CURRENT_USER, "Software\\X"},
         {"[hkey_local_machine]", EKeyLine::Key, false, HKEY_LOCAL_MACHINE, ""},
         {"[-HKEY_USERS\\a]b]c", EKeyLine::Key, true, HKEY_USERS, "a]b"},
         {"[HKLM\\Software]", EKeyLine::SyntaxError, false, nullptr, ""},
-        {"[]", EKeyLine::SyntaxError, false, nullptr, ""},
-        {"[-]", EKeyLine::SyntaxError, true, nullptr, ""},
+        {"[]", EKeyLine::SyntaxError, false, nullptr, ""}, {"[-]", EKeyLine::SyntaxError, true, nullptr, ""},
         {"[HKEY_CURRENT_USER", EKeyLine::NotKeyLine, false, nullptr, ""},
         {"\"[x]\"=\"y\"", EKeyLine::NotKeyLine, false, nullptr, ""},
     };
-    for (const auto& item : cases) {
+    for (const auto& item : keyLines) {
         SCOPED_TRACE(item.line);
         bool deletion = false;
         HKEY root = nullptr;
@@ -66,19 +45,9 @@ TEST(RegSyntax, KeyLinesNeedALongRootName)
 
 TEST(RegSyntax, ValueNames)
 {
-    const struct {
-        const char* line;
-        bool ok;
-        const char* name;
-        size_t dataAt;
-    } cases[] = {
-        {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10},
-        {"@=x", true, "", 2},
-        {"\"@\" = x", true, "@", 5},
-        {"  \"n\"\t=", true, "n", 7},
-        {"\"open=x", false, "", 0},
-        {"name=x", false, "", 0},
-        {"\"n\" x", false, "", 0},
+    const struct { const char* line; bool ok; const char* name; size_t dataAt; } cases[] = {
+        {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10}, {"@=x", true, "", 2}, {"\"@\" = x", true, "@", 5},
+        {"  \"n\"\t=", true, "n", 7}, {"\"open=x", false, "", 0}, {"name=x", false, "", 0}, {"\"n\" x", false, "", 0},
         {"\"ends\\", false, "", 0},
     };
     for (const auto& item : cases) {
@@ -95,42 +64,26 @@ TEST(RegSyntax, ValueNames)
     EXPECT_FALSE(IsDeletion(W("=-1"), 1));
 }
 
-TEST(RegSyntax, DataForms)
+TEST(RegSyntax, DataFormsAndContinuationLines)
 {
-    const struct {
-        const char* data;
-        EData result;
-        DWORD type;
-        std::vector<BYTE> bytes;
-    } cases[] = {
+    const struct { const char* data; EData result; DWORD type; std::vector<BYTE> bytes; } cases[] = {
         {"\"x\\\"y\"", EData::Complete, REG_SZ, Bytes({'x', 0, '"', 0, 'y', 0, 0, 0})},
-        {"\"\"  ", EData::Complete, REG_SZ, Bytes({0, 0})},
-        {"\"x\" y", EData::SyntaxError, 0, {}},
+        {"\"\"  ", EData::Complete, REG_SZ, Bytes({0, 0})}, {"\"x\" y", EData::SyntaxError, 0, {}},
         {"\"open", EData::SyntaxError, 0, {}},
         {"dword:ffffffff", EData::Complete, REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF})},
-        {"DWORD: 1", EData::Complete, REG_DWORD, Bytes({1, 0, 0, 0})},
-        {"dword:100000000", EData::SyntaxError, 0, {}},
-        {"dword:", EData::SyntaxError, 0, {}},
-        {"dword:1x", EData::SyntaxError, 0, {}},
+        {"DWORD: 1", EData::Complete, REG_DWORD, Bytes({1, 0, 0, 0})}, {"dword:100000000", EData::SyntaxError, 0, {}},
+        {"dword:", EData::SyntaxError, 0, {}}, {"dword:1x", EData::SyntaxError, 0, {}},
         {"hex:1,2,3", EData::Complete, REG_BINARY, Bytes({1, 2, 3})},
         {"Hex: 0a , FF ,", EData::Complete, REG_BINARY, Bytes({0x0A, 0xFF})},
-        {"hex:", EData::Complete, REG_BINARY, {}},
-        {"hex:123", EData::SyntaxError, 0, {}},
-        {"hex:01 02", EData::SyntaxError, 0, {}},
-        {"hex:,01", EData::SyntaxError, 0, {}},
-        {"hex:01,\\", EData::Continues, REG_BINARY, Bytes({1})},
-        {"hex:\\", EData::Continues, REG_BINARY, {}},
+        {"hex:", EData::Complete, REG_BINARY, {}}, {"hex:123", EData::SyntaxError, 0, {}},
+        {"hex:01 02", EData::SyntaxError, 0, {}}, {"hex:,01", EData::SyntaxError, 0, {}},
+        {"hex:01,\\", EData::Continues, REG_BINARY, Bytes({1})}, {"hex:\\", EData::Continues, REG_BINARY, {}},
         {"hex:01\\ x", EData::SyntaxError, 0, {}},
         {"hex(7):61,00,00,00", EData::Complete, REG_MULTI_SZ, Bytes({0x61, 0, 0, 0})},
-        {"hex(0):", EData::Complete, REG_NONE, {}},
-        {"HEX(FfFfFfFf):01", EData::Complete, 0xFFFFFFFF, Bytes({1})},
-        {"hex(123456789):01", EData::SyntaxError, 0, {}},
-        {"hex():01", EData::SyntaxError, 0, {}},
-        {"hex(2)01", EData::SyntaxError, 0, {}},
-        {"hex", EData::SyntaxError, 0, {}},
-        {"he", EData::SyntaxError, 0, {}},
-        {"", EData::SyntaxError, 0, {}},
-        {"binary:01", EData::SyntaxError, 0, {}},
+        {"hex(0):", EData::Complete, REG_NONE, {}}, {"HEX(FfFfFfFf):01", EData::Complete, 0xFFFFFFFF, Bytes({1})},
+        {"hex(123456789):01", EData::SyntaxError, 0, {}}, {"hex():01", EData::SyntaxError, 0, {}},
+        {"hex(2)01", EData::SyntaxError, 0, {}}, {"hex", EData::SyntaxError, 0, {}},
+        {"he", EData::SyntaxError, 0, {}}, {"", EData::SyntaxError, 0, {}}, {"binary:01", EData::SyntaxError, 0, {}},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.data);
@@ -141,18 +94,16 @@ TEST(RegSyntax, DataForms)
         if (item.result != EData::SyntaxError) {
             EXPECT_EQ(hexForm, CString(W(item.data)).Left(3).CompareNoCase(TEXT("hex")) == 0);
             EXPECT_EQ(type, item.type);
-            EXPECT_EQ(Data(data), item.bytes);
+            EXPECT_EQ(BufferBytes(data), item.bytes);
         }
     }
-}
 
-TEST(RegSyntax, ContinuationLinesAppend)
-{
+    // Continuation lines append.
     CShdBinaryBuffer data;
     data.Append("\x01", 1);
     EXPECT_EQ(ParseHexBytes(W("      02,03,\\"), 0, data), EData::Continues);
     EXPECT_EQ(ParseHexBytes(W("  a"), 0, data), EData::Complete);
-    EXPECT_EQ(Data(data), Bytes({1, 2, 3, 0x0A}));
+    EXPECT_EQ(BufferBytes(data), Bytes({1, 2, 3, 0x0A}));
     EXPECT_EQ(ParseHexBytes(W("[HKEY_USERS]"), 0, data), EData::SyntaxError);
 }
 

@@ -9,7 +9,6 @@
 #include <set>
 
 #include "framework/Text.h"
-#include "platform/Platform.h"
 #include "regfile/RegImporter.h"
 #include "registry/KeyOperations.h"
 #include "registry/RegKey.h"
@@ -19,6 +18,10 @@
 #include "tests/support/TestText.h"
 
 namespace {
+
+struct SLess {
+    bool operator()(const CString& a, const CString& b) const { return CompareNoCase(a, b) < 0; }
+};
 
 // Makes a random tree. Text stays within Windows-1252 when the file will be
 // version 4, whose ANSI text cannot hold more. Line ends never appear in
@@ -32,50 +35,36 @@ public:
     {
         CShdRegKey key;
         ASSERT_TRUE(key.Create(parent, path, nullptr));
-        std::set<CString, SLess> valueNames;
-        const int values = Pick(0, 6);
-        for (int i = 0; i < values; ++i) {
-            const CString name = UniqueName(valueNames);
+        std::set<CString, SLess> valueNames, keyNames;
+        for (int i = Pick(0, 6); i > 0; --i) {
+            const CString name = UniqueName(valueNames, false);
             const std::vector<BYTE> data = Data();
             ASSERT_TRUE(key.WriteValue(name, m_type, data.data(), static_cast<DWORD>(data.size())));
         }
-        std::set<CString, SLess> keyNames;
-        const int subkeys = depth > 0 ? Pick(0, 3) : 0;
-        for (int i = 0; i < subkeys; ++i)
+        for (int i = depth > 0 ? Pick(0, 3) : 0; i > 0; --i)
             Fill(key.GetHandle(), UniqueName(keyNames, true), depth - 1);
     }
 
 private:
-    struct SLess {
-        bool operator()(const CString& a, const CString& b) const { return CompareNoCase(a, b) < 0; }
-    };
-
     int Pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_random); }
 
     // Awkward ASCII, then Windows-1252 letters, then letters beyond it; a
-    // fifth of the picks are plain letters.
-    WCHAR Char(bool forKeyName)
+    // fifth of the picks are plain letters. Key names hold no backslash.
+    CString Text(int length, bool forKeyName)
     {
         static const char16_t kChars[] = u"\"\\;[]@= -,()\täÖßéÆ€ŠЖλ中ᚠ";
-        const int last = m_ansiOnly ? 19 : 23;
-        for (;;) {
+        CString text;
+        while (static_cast<int>(text.GetLength()) < length) {
+            const int last = m_ansiOnly ? 19 : 23;
             const WCHAR c = static_cast<WCHAR>(Pick(0, 4) == 0 ? 'a' + Pick(0, 25) : kChars[Pick(0, last)]);
             if (!(forKeyName && c == '\\'))
-                return c;
+                text += c;
         }
-    }
-
-    CString Text(int length, bool forKeyName = false)
-    {
-        CString text;
-        for (int i = 0; i < length; ++i)
-            text += Char(forKeyName);
         return text;
     }
 
-    // Key names are trimmed by the reader's line handling at neither end,
-    // but a name of white space alone would be an odd test; start with a letter.
-    CString UniqueName(std::set<CString, SLess>& taken, bool forKeyName = false)
+    // A name of white space alone would be an odd test: start with a letter.
+    CString UniqueName(std::set<CString, SLess>& taken, bool forKeyName)
     {
         for (;;) {
             CString name = CString::Formatted(TEXT("%c"), static_cast<WCHAR>('A' + Pick(0, 25)));
@@ -90,21 +79,21 @@ private:
         static const DWORD kTypes[] = {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD,
                                        REG_DWORD_BIG_ENDIAN, REG_MULTI_SZ, REG_QWORD, 0x4242};
         m_type = kTypes[Pick(0, 8)];
-        std::vector<BYTE> data;
         if (m_type == REG_SZ || m_type == REG_EXPAND_SZ || m_type == REG_MULTI_SZ) {
             const bool wellFormed = Pick(0, 3) != 0;
-            CString text = Text(Pick(0, 40));
+            CString text = Text(Pick(0, 40), false);
             if (m_type == REG_MULTI_SZ)
                 text += CString(TEXT("\0second\0"), 8);
-            data = Utf16Bytes(text, wellFormed);
+            std::vector<BYTE> data = Utf16Bytes(text, wellFormed);
             // Version 4 writes string types as characters: no odd bytes.
             if (!wellFormed && !m_ansiOnly && Pick(0, 1) == 0)
                 data.push_back(0x7F);
             return data;
         }
         const int size = m_type == REG_DWORD && Pick(0, 3) != 0 ? 4 : Pick(0, 3) == 0 ? Pick(0, 3000) : Pick(0, 60);
-        for (int i = 0; i < size; ++i)
-            data.push_back(static_cast<BYTE>(Pick(0, 255)));
+        std::vector<BYTE> data(size);
+        for (BYTE& byte : data)
+            byte = static_cast<BYTE>(Pick(0, 255));
         return data;
     }
 
@@ -112,13 +101,6 @@ private:
     bool m_ansiOnly;
     DWORD m_type = REG_NONE;
 };
-
-bool Import(const CString& file, CString& error)
-{
-    CRegImporter importer;
-    bool result = false;
-    return importer.Start(file) && importer.GetResult(result, error) && result;
-}
 
 TEST(RoundTrip, ExportImportExportGivesTheSameBytes)
 {
@@ -133,8 +115,10 @@ TEST(RoundTrip, ExportImportExportGivesTheSameBytes)
             CRandomRegistry(seed, !unicode).Fill(HKEY_CURRENT_USER, tree, 3);
             ASSERT_TRUE(ExportKey(first.Path(), unicode, tree));
             ASSERT_TRUE(DeleteKeyTree(HKEY_CURRENT_USER, tree));
+            CRegImporter importer;
+            bool result = false;
             CString error;
-            ASSERT_TRUE(Import(first.Path(), error)) << ToUtf8(error);
+            ASSERT_TRUE(importer.Start(first.Path()) && importer.GetResult(result, error) && result) << ToUtf8(error);
             ASSERT_TRUE(ExportKey(second.Path(), unicode, tree));
             ASSERT_EQ(first.Bytes(), second.Bytes());
         }

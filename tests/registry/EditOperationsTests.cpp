@@ -32,13 +32,7 @@ EEditMessage MoveKey(const CString& scratch, const char* source)
 TEST(EditOperations, FailuresSayWhatHappenedAndLeaveNothingHalfDone)
 {
     const std::string kSrc = "Src (cls)\n  \"a\" 4: 01 00 00 00\n";
-    const struct {
-        const char* name;
-        FFault fault;
-        FEdit edit;
-        EEditMessage expected;
-        std::string dump;
-    } cases[] = {
+    const struct { const char* name; FFault fault; FEdit edit; EEditMessage expected; std::string dump; } cases[] = {
         {"a partial copy that stays",
          [](CFaultInjectingPlatform& f) { f.FailValueWrite(W("c")), f.FailKeyDelete(W("Child")); },
          [](const CString& scratch) { return MoveKey(scratch, "Src"); }, EEditMessage::kCopyKeyNotFinished,

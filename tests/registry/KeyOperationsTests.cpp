@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "framework/Text.h"
@@ -7,6 +8,7 @@
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
+#include "registry/RegistryRoots.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
@@ -80,19 +82,10 @@ TEST_F(KeyOperationsTest, DeleteKeyTreeRemovesWhatItCan)
 
 TEST(KeyOperations, IsSameOrDescendant)
 {
-    const struct {
-        const char* pathA;
-        const char* pathB;
-        bool allowEqual;
-        bool expected;
-    } cases[] = {
-        {"Software\\A", "software", false, true},
-        {"Software\\A", "SOFTWARE\\a", true, true},
-        {"Software\\A", "SOFTWARE\\a", false, false},
-        {"SoftwareX", "Software", true, false},
-        {"Soft", "Software", true, false},
-        {"Software", "", true, false},
-        {"", "", true, true},
+    const struct { const char* pathA; const char* pathB; bool allowEqual; bool expected; } cases[] = {
+        {"Software\\A", "software", false, true}, {"Software\\A", "SOFTWARE\\a", true, true},
+        {"Software\\A", "SOFTWARE\\a", false, false}, {"SoftwareX", "Software", true, false},
+        {"Soft", "Software", true, false}, {"Software", "", true, false}, {"", "", true, true},
         {"Äpfel\\x", "äPFEL", false, true},
     };
     for (const auto& item : cases) {
@@ -106,35 +99,22 @@ TEST(KeyOperations, IsSameOrDescendant)
 
 TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
 {
-    const struct {
-        const char* source;
-        std::set<std::string> taken;
-        const char* expected;
-    } cases[] = {
-        {"Foo", {"Foo"}, "Foo (2)"},
-        {"Foo", {"Foo", "foo (2)"}, "Foo (3)"},
-        {"Foo (3)", {"Foo", "Foo (3)"}, "Foo (2)"},
-        {"Foo (2)", {"Foo (2)"}, "Foo (3)"},
-        {"Foo (0)", {}, "Foo (0) (2)"},
-        {"Foo (-4)", {}, "Foo (-4) (2)"},
-        {"Foo (7x)", {}, "Foo (2)"},
-        {"Foo(5)", {}, "Foo(5) (2)"},
-        {"(5)", {}, "(5) (2)"},
-        {" (5)", {}, " (2)"},
+    const struct { const char* source; std::set<std::string> taken; const char* expected; } cases[] = {
+        {"Foo", {"Foo"}, "Foo (2)"}, {"Foo", {"Foo", "foo (2)"}, "Foo (3)"},
+        {"Foo (3)", {"Foo", "Foo (3)"}, "Foo (2)"}, {"Foo (2)", {"Foo (2)"}, "Foo (3)"},
+        {"Foo (0)", {}, "Foo (0) (2)"}, {"Foo (-4)", {}, "Foo (-4) (2)"}, {"Foo (7x)", {}, "Foo (2)"},
+        {"Foo(5)", {}, "Foo(5) (2)"}, {"(5)", {}, "(5) (2)"}, {" (5)", {}, " (2)"},
         // Read into a 32-bit long: too large a number is its limit.
-        {"Foo (9300000000000000000)", {}, "Foo (2)"},
-        {"Foo (2147483648)", {}, "Foo (2)"},
+        {"Foo (9300000000000000000)", {}, "Foo (2)"}, {"Foo (2147483648)", {}, "Foo (2)"},
         {"Foo (-9300000000000000000)", {}, "Foo (-9300000000000000000) (2)"},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.source);
         CString name;
         const auto exists = [&](const CString& candidate) {
-            for (const std::string& taken : item.taken) {
-                if (CompareNoCase(W(taken.c_str()), candidate) == 0)
-                    return true;
-            }
-            return false;
+            return std::any_of(item.taken.begin(), item.taken.end(), [&](const std::string& taken) {
+                return CompareNoCase(W(taken.c_str()), candidate) == 0;
+            });
         };
         EXPECT_TRUE(MakeUniqueName(W(item.source), exists, name));
         EXPECT_EQ(name, W(item.expected));
@@ -145,6 +125,45 @@ TEST(KeyOperations, UniqueNamesStripAPositiveSuffixAndCountFromTwo)
     EXPECT_FALSE(MakeUniqueName(W("Full"), [&](const CString&) { return ++asked > 0; }, name));
     EXPECT_EQ(asked, 32766) << "2 to 32767";
     EXPECT_EQ(name, W(""));
+}
+
+
+TEST(KeyPath, RootNamesParseWithoutRegardToCasePathsSplitAtTheFirstBackslash)
+{
+    const struct { const char* text; HKEY root; HKEY longRoot; } cases[] = {
+        {"hklm", HKEY_LOCAL_MACHINE, nullptr}, {"HKEY_local_MACHINE", HKEY_LOCAL_MACHINE, HKEY_LOCAL_MACHINE},
+        {"HKU", HKEY_USERS, nullptr}, {"HKEY_USERS", HKEY_USERS, HKEY_USERS}, {"hkcr", HKEY_CLASSES_ROOT, nullptr},
+        {"HKEY_CURRENT_USER", HKEY_CURRENT_USER, HKEY_CURRENT_USER}, {"HKCR\\", nullptr, nullptr},
+        {" HKCU", nullptr, nullptr}, {"", nullptr, nullptr},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.text);
+        EXPECT_EQ(ParseRootName(W(item.text)), item.root);
+        EXPECT_EQ(ParseRootLongName(W(item.text)), item.longRoot);
+    }
+    EXPECT_EQ(CString(RootLongName(HKEY_CLASSES_ROOT)), W("HKEY_CLASSES_ROOT"));
+    EXPECT_EQ(CString(RootShortName(HKEY_USERS)), W("HKU"));
+    EXPECT_EQ(RootLongName(RootKeyFromValue(0x80000004)), nullptr);
+    EXPECT_EQ(CString(RootShortName(nullptr)), W(""));
+    EXPECT_EQ(RootValueFromKey(HKEY_LOCAL_MACHINE), 0x80000002u);
+
+    HKEY root = HKEY_USERS;
+    CString path = W("sentinel");
+    EXPECT_TRUE(ParseFullKeyPath(W("HKLM\\Software\\A\\B"), root, path));
+    EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(path, W("Software\\A\\B"));
+    EXPECT_TRUE(ParseFullKeyPath(W("hkey_current_user"), root, path));
+    EXPECT_EQ(root, HKEY_CURRENT_USER);
+    EXPECT_EQ(path, W(""));
+    EXPECT_TRUE(ParseFullKeyPath(W("HKCR\\"), root, path));
+    EXPECT_EQ(path, W(""));
+    EXPECT_FALSE(ParseFullKeyPath(W("HKXX\\Software"), root, path));
+    EXPECT_EQ(root, nullptr);
+    EXPECT_EQ(path, W(""));
+
+    EXPECT_EQ(FullKeyName(HKEY_LOCAL_MACHINE, W("Software\\X")), W("HKEY_LOCAL_MACHINE\\Software\\X"));
+    EXPECT_EQ(FullKeyName(HKEY_USERS, W("")), W("HKEY_USERS"));
+    EXPECT_EQ(FullKeyName(nullptr, W("x")), W(""));
 }
 
 }  // namespace

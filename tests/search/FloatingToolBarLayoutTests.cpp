@@ -15,7 +15,7 @@ int Scale(int designUnits)
 
 // Three grips and 16-pixel images at 96 dpi (scale 1) or 32-pixel images at
 // 192 dpi (scale 2): every length doubles, so one table serves both.
-TEST(FloatingToolBarLayout, SizeAndHitTestDoubleAtTwiceTheResolution)
+TEST(FloatingToolBarLayout, SizeAndHitTestDoubleAtTwiceTheResolutionAndTheBarStaysInItsParent)
 {
     const int none = CToolBarGeometry::kHitNone;
     const int grip = CToolBarGeometry::kHitGrip;
@@ -44,10 +44,7 @@ TEST(FloatingToolBarLayout, SizeAndHitTestDoubleAtTwiceTheResolution)
                     << hit.first.first << ", " << hit.first.second;
         }
     }
-}
 
-TEST(FloatingToolBarLayout, StaysInsideItsParent)
-{
     // A 111 x 28 toolbar in a 200 x 150 parent; placing counts negative
     // coordinates from the right and bottom; a parent too small shows the
     // toolbar's corner.

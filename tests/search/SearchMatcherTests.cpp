@@ -24,12 +24,7 @@ CSearchMatcher Matcher(const char* text, int flags = kPlain)
 
 TEST(SearchMatcher, DerivesNumberAndHexBytesFromTheText)
 {
-    struct SCase {
-        const char* text;
-        bool numberValid;
-        DWORD number;
-        std::vector<BYTE> hex;
-    } const cases[] = {
+    struct SCase { const char* text; bool numberValid; DWORD number; std::vector<BYTE> hex; } const cases[] = {
         {"16", true, 16, Bytes({0x16})},        {"0XfF", true, 255, {}},
         {"4294967297", true, 1, Bytes({0x42, 0x94, 0x96, 0x72, 0x97})},
         {"0x", false, 0, {}},                   {"-1", false, 0, {}},
@@ -53,16 +48,9 @@ TEST(SearchMatcher, NamesAndDataMatchByTheRuleOfTheirType)
 {
     const std::vector<BYTE> sixteen = Bytes({16, 0, 0, 0});
     const std::vector<BYTE> endOfList = Bytes({0, 0});
-    struct SCase {
-        const char* text;
-        int flags;
-        DWORD type;
-        std::vector<BYTE> data;
-        bool matches;
-    } const cases[] = {
+    struct SCase { const char* text; int flags; DWORD type; std::vector<BYTE> data; bool matches; } const cases[] = {
         // Numbers in either notation; case and whole-string rules do not apply.
-        {"0x10", kPlain, REG_DWORD, sixteen, true},
-        {"16", kWhole | kCase, REG_DWORD, sixteen, true},
+        {"0x10", kPlain, REG_DWORD, sixteen, true}, {"16", kWhole | kCase, REG_DWORD, sixteen, true},
         {"-1", kPlain, REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}), false},
         {"0", kPlain, REG_DWORD, Bytes({16, 0}), true},
         // Strings, as names are matched; they end at their first NUL.

@@ -32,3 +32,16 @@ std::vector<BYTE> operator+(std::vector<BYTE> a, const std::vector<BYTE>& b)
     a.insert(a.end(), b.begin(), b.end());
     return a;
 }
+
+std::vector<BYTE> Sequence(size_t count, int step)
+{
+    std::vector<BYTE> bytes(count);
+    for (size_t i = 0; i < count; ++i)
+        bytes[i] = static_cast<BYTE>(i * step);
+    return bytes;
+}
+
+std::vector<BYTE> BufferBytes(const CShdBinaryBuffer& buffer)
+{
+    return std::vector<BYTE>(buffer.GetData(), buffer.GetData() + buffer.GetSize());
+}

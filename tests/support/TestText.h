@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/BinaryBuffer.h"
 #include "framework/CString.h"
 #include "framework/Utf8.h"
 
@@ -12,3 +13,6 @@ CString W(const char* utf8);
 std::vector<BYTE> Bytes(std::initializer_list<int> values);
 std::vector<BYTE> Utf16Bytes(const CString& text, bool withNul);
 std::vector<BYTE> operator+(std::vector<BYTE> a, const std::vector<BYTE>& b);
+// `count` bytes counting up from 0 in steps of `step`, wrapping at 256.
+std::vector<BYTE> Sequence(size_t count, int step = 1);
+std::vector<BYTE> BufferBytes(const CShdBinaryBuffer& buffer);

@@ -12,14 +12,6 @@
 
 namespace {
 
-std::vector<BYTE> Sequence(size_t count)
-{
-    std::vector<BYTE> bytes(count);
-    for (size_t i = 0; i < count; ++i)
-        bytes[i] = static_cast<BYTE>(i);
-    return bytes;
-}
-
 std::string HexPairs(size_t count)
 {
     static const char digits[] = "0123456789ABCDEF";
@@ -35,49 +27,24 @@ std::string HexPairs(size_t count)
 
 TEST(ValueText, EachTypeHasItsOwnText)
 {
-    const struct {
-        DWORD type;
-        std::vector<BYTE> data;
-        std::string text;
-    } cases[] = {
+    const struct { DWORD type; std::vector<BYTE> data; std::string text; } cases[] = {
         {REG_SZ, Utf16Bytes(W("Ärger"), true), "Ärger"},
         {REG_SZ, Utf16Bytes(W("no terminator"), false), "no terminator"},
         {REG_SZ, Utf16Bytes(W("cut"), true) + Utf16Bytes(W("hidden"), true), "cut"},
-        {REG_SZ, Bytes({0x41, 0, 0x42}), "A"},
-        {REG_SZ, {}, ""},
+        {REG_SZ, Bytes({0x41, 0, 0x42}), "A"}, {REG_SZ, {}, ""},
         {REG_EXPAND_SZ, Utf16Bytes(W("%SystemRoot%\\x"), true), "%SystemRoot%\\x"},
         {REG_MULTI_SZ, Utf16Bytes(W("x"), true) + Bytes({0, 0}), "x..."},
         {REG_MULTI_SZ, Utf16Bytes(W("one"), true) + Utf16Bytes(W("two"), true) + Bytes({0, 0}), "one..."},
-        {REG_MULTI_SZ, {}, "..."},
-        {REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}), "4294967295 (0xFFFFFFFF)"},
-        {REG_DWORD, Bytes({0x2A, 0, 0, 0}), "42 (0x0000002A)"},
-        {REG_DWORD, Bytes({1, 2, 3}), ""},
-        {REG_DWORD, Bytes({1, 2, 3, 4, 5}), ""},
-        {REG_BINARY, Bytes({0x00, 0xAB, 0x7F}), "00 AB 7F"},
-        {REG_BINARY, {}, ""},
-        {REG_BINARY, Sequence(128), HexPairs(128)},
-        {REG_BINARY, Sequence(129), HexPairs(128) + "..."},
-        {REG_NONE, Bytes({0x10}), "10"},
+        {REG_MULTI_SZ, {}, "..."}, {REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}), "4294967295 (0xFFFFFFFF)"},
+        {REG_DWORD, Bytes({0x2A, 0, 0, 0}), "42 (0x0000002A)"}, {REG_DWORD, Bytes({1, 2, 3}), ""},
+        {REG_DWORD, Bytes({1, 2, 3, 4, 5}), ""}, {REG_BINARY, Bytes({0x00, 0xAB, 0x7F}), "00 AB 7F"},
+        {REG_BINARY, {}, ""}, {REG_BINARY, Sequence(128), HexPairs(128)},
+        {REG_BINARY, Sequence(129), HexPairs(128) + "..."}, {REG_NONE, Bytes({0x10}), "10"},
         {11, Bytes({0xDE, 0xAD}), "DE AD"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(ValueDataText(c.type, c.data.data(), c.data.size()), W(c.text.c_str()))
             << "type " << c.type << ", " << c.data.size() << " bytes";
-    }
-}
-
-TEST(ValueText, EachTypeHasItsImageAndACutFormSevenBelow)
-{
-    const struct {
-        DWORD type;
-        int image;
-    } cases[] = {
-        {REG_SZ, 7}, {REG_BINARY, 8}, {REG_DWORD, 9}, {REG_MULTI_SZ, 10},
-        {REG_EXPAND_SZ, 11}, {REG_NONE, 12}, {5, 13}, {0xFFFF, 13},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(ValueImage(c.type, false), c.image) << "type " << c.type;
-        EXPECT_EQ(ValueImage(c.type, true), c.image - kCutImageOffset) << "type " << c.type;
     }
 }
 
@@ -104,6 +71,7 @@ protected:
     CScratchKey m_scratch;
 };
 
+// Each type has its own image; an unknown type shares one.
 TEST_F(ValueRowsTest, RowsAreOrderedByNameWithoutRegardToCase)
 {
     Write(TEXT("b"), REG_SZ, Utf16Bytes(W("bee"), true));
@@ -111,20 +79,26 @@ TEST_F(ValueRowsTest, RowsAreOrderedByNameWithoutRegardToCase)
     Write(TEXT("a2"), REG_BINARY, Bytes({0xAB}));
     Write(TEXT(""), REG_SZ, Utf16Bytes(W("default"), true));
     Write(TEXT("_x"), REG_NONE, {});
+    Write(TEXT("m"), REG_MULTI_SZ, Bytes({0, 0}));
+    Write(TEXT("e"), REG_EXPAND_SZ, Bytes({0, 0}));
+    Write(TEXT("u5"), 5, {});
+    Write(TEXT("uf"), 0xFFFF, {});
 
     const std::vector<SValueRow> rows = Load(nullptr);
-    ASSERT_EQ(rows.size(), 5u);
-    const char* names[] = {"", "_x", "A", "a2", "b"};
-    const char* texts[] = {"default", "", "", "AB", "bee"};
-    const int images[] = {7, 12, 9, 8, 7};
+    ASSERT_EQ(rows.size(), 9u);
+    const char* names[] = {"", "_x", "A", "a2", "b", "e", "m", "u5", "uf"};
+    const char* texts[] = {"default", "", "", "AB", "bee", "", "...", "", ""};
+    const int images[] = {7, 12, 9, 8, 7, 11, 10, 13, 13};
+    const DWORD types[] = {REG_SZ, REG_NONE, REG_DWORD, REG_BINARY, REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ, 5, 0xFFFF};
     for (size_t i = 0; i < rows.size(); ++i) {
         EXPECT_EQ(rows[i].name, W(names[i])) << i;
         EXPECT_EQ(rows[i].dataText, W(texts[i])) << i;
         EXPECT_EQ(rows[i].image, images[i]) << i;
+        EXPECT_EQ(ValueImage(types[i], true), images[i] - kCutImageOffset) << i;
     }
 }
 
-TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImage)
+TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImageAndAKeyNotOpenedHasNoRows)
 {
     Write(TEXT("Moved"), REG_SZ, Utf16Bytes(W("x"), true));
     Write(TEXT("Stays"), REG_SZ, Utf16Bytes(W("y"), true));
@@ -147,13 +121,9 @@ TEST_F(ValueRowsTest, OnlyTheCutValueOfItsOwnKeyHasTheCutImage)
     cut.path = m_scratch.Path();
     cut.root = HKEY_LOCAL_MACHINE;
     EXPECT_EQ(Load(&cut)[0].image, 7) << "nor under another root";
-}
 
-TEST_F(ValueRowsTest, AKeyThatCannotBeOpenedGivesNoRows)
-{
-    Write(TEXT("v"), REG_SZ, Utf16Bytes(W("x"), true));
+    // A key that cannot be opened gives no rows.
     m_faults.FailOpen(TEXT("ValueRows"));
-    std::vector<SValueRow> rows(1);
     EXPECT_FALSE(LoadValueRows(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, rows));
     EXPECT_TRUE(rows.empty());
 }

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include "framework/BinaryBuffer.h"
+#include "framework/CString.h"
+#include "framework/ObjArray.h"
+#include "framework/Text.h"
+#include "framework/Utf8.h"
+#include "tests/support/TestText.h"
+
+namespace {
+
+int Sign(int value)
+{
+    return (value > 0) - (value < 0);
+}
+
+TEST(CompareNoCase, FoldsLettersTheWayTheRegistryDoes)
+{
+    const struct { const char* a; const char* b; int expected; } cases[] = {
+        {"HKEY_local_MACHINE", "hkey_LOCAL_machine", 0}, {"Ä", "ä", 0}, {"ÆØÅ", "æøå", 0}, {"ÿ", "Ÿ", 0},
+        {"Σίσυφος", "ΣΊΣΥΦΟΣ", 0}, {"Привет", "ПРИВЕТ", 0}, {"abc", "abd", -1}, {"ab", "abc", -1}, {"", "", 0},
+        // Full case mappings that change the length are not simple folds.
+        {"ß", "SS", 1},
+        // ASCII letters sort as lower case, as _wcsicmp does: "_" (0x5F)
+        // before "a" (0x61) and after "Z".
+        {"_x", "a", -1}, {"_x", "A", -1}, {"Z", "_", 1}, {"1", "_", -1}, {"Zeta", "ärger", -1},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(std::string(item.a) + " vs " + item.b);
+        EXPECT_EQ(Sign(CompareNoCase(W(item.a), W(item.b))), item.expected);
+        EXPECT_EQ(Sign(CompareNoCase(W(item.b), W(item.a))), -item.expected);
+    }
+    // Counted forms stop at the count or the end.
+    EXPECT_EQ(CompareNoCase(W("SOFTWARE\\x"), W("software\\y"), 9), 0);
+    EXPECT_NE(CompareNoCase(W("SOFTWARE\\x"), W("software\\y"), 10), 0);
+    EXPECT_LT(CompareNoCase(W("ab"), W("abc"), 5), 0);
+    const WCHAR withNul[] = {'A', 0, 'b'};
+    const WCHAR other[] = {'a', 0, 'B'};
+    EXPECT_EQ(CompareNoCaseN(withNul, other, 3), 0);
+}
+
+TEST(TextHelpers, CaseMappingSpaceHexSearchAndUtf8)
+{
+    EXPECT_EQ(ToLowerChar('A'), 'a');
+    EXPECT_EQ(ToUpperChar(0xE4), 0xC4);      // ä
+    EXPECT_EQ(ToLowerChar(0x0130), 0x0130);  // İ lowers to two units: kept
+    EXPECT_EQ(ToUpperChar(0xD800), 0xD800);  // surrogates are not letters
+    EXPECT_EQ(ToUpperChar('1'), '1');
+    CString lowered = W("ÄbC Σ");
+    lowered.MakeLower();
+    EXPECT_EQ(lowered, W("äbc σ"));
+
+    for (int c : {0x20, 0x09, 0x0A, 0x0D, 0xA0, 0x3000})
+        EXPECT_TRUE(IsSpace(static_cast<WCHAR>(c))) << c;
+    for (int c : {0x61, 0x5F, 0x00, 0xFEFF})
+        EXPECT_FALSE(IsSpace(static_cast<WCHAR>(c))) << c;
+    EXPECT_EQ(std::vector<int>({HexDigitValue('f'), HexDigitValue('F'), HexDigitValue('g')}),
+              std::vector<int>({15, 15, -1}));
+    const CString text = W("abcabd");
+    EXPECT_EQ(StrStr(text, W("abd")) - text.GetString(), 3);
+    EXPECT_EQ(StrStr(text, W("abe")), nullptr);
+    EXPECT_EQ(StrStr(text, W("")), text.GetString());
+
+    // UTF-8 round trips; broken input becomes the replacement character.
+    const CString utf8 = W("a€😀ß");
+    EXPECT_EQ(utf8.GetLength(), 5u);  // the emoji is a surrogate pair
+    EXPECT_EQ(ToUtf8(utf8), "a€😀ß");
+    EXPECT_EQ(FromUtf8("\xff" "a"), W("\xef\xbf\xbd" "a"));
+    const WCHAR lone[] = {0xD800, 'x'};
+    EXPECT_EQ(ToUtf8(lone, 2), "\xef\xbf\xbdx");
+}
+
+TEST(CStringFormat, FollowsTheWidePrintfRules)
+{
+    EXPECT_EQ(CString::Formatted(TEXT("%s (%i)"), W("Foo"), 2), W("Foo (2)"));
+    EXPECT_EQ(CString::Formatted(TEXT("dword:%08x"), 0x1Au), W("dword:0000001a"));
+    EXPECT_EQ(CString::Formatted(TEXT("%02x,%02X"), 0xABu, 0x5u), W("ab,05"));
+    EXPECT_EQ(CString::Formatted(TEXT("hex(%x):"), 11), W("hex(b):"));
+    EXPECT_EQ(CString::Formatted(TEXT("%x"), -1), W("ffffffff"));
+    EXPECT_EQ(CString::Formatted(TEXT("%u"), static_cast<DWORD>(4294967295u)), W("4294967295"));
+    EXPECT_EQ(CString::Formatted(TEXT("%d|%5d|%-5d|%05d"), -42, 42, 42, -42), W("-42|   42|42   |-0042"));
+    EXPECT_EQ(CString::Formatted(TEXT("%c%c"), static_cast<WCHAR>('o'), static_cast<WCHAR>('k')), W("ok"));
+    EXPECT_EQ(CString::Formatted(TEXT("%.2s|%4s"), W("abcdef"), W("ä")), W("ab|   ä"));
+    EXPECT_EQ(CString::Formatted(TEXT("100%% %q %i")), W("100% %q %i"));
+    CString text = W("x=");
+    text.AppendFormat(TEXT("%i"), 5);
+    EXPECT_EQ(text, W("x=5"));
+}
+
+TEST(CString, SearchesCutsEditsAndKeepsEmbeddedNuls)
+{
+    const CString path = W("HKLM\\Software\\Foo (3)");
+    EXPECT_EQ(std::vector<int>({path.Find('\\'), path.Find('\\', 5), path.Find(W("Foo")), path.Find('#'),
+                                path.ReverseFind('(')}),
+              std::vector<int>({4, 13, 14, -1, 18}));
+    EXPECT_EQ(path.Left(4) + W("|") + path.Mid(5, 8) + W("|") + path.Mid(14) + W("|") + path.Mid(99) + W("|") +
+                  path.Right(3),
+              W("HKLM|Software|Foo (3)||(3)"));
+    EXPECT_EQ(path.Right(99), path);
+
+    CString text = W("  ab c \t");
+    text.Trim();
+    EXPECT_EQ(text, W("ab c"));
+    text.Insert(2, TEXT("--"));
+    text.Delete(0);
+    EXPECT_EQ(text, W("b-- c"));
+    text.Truncate(1);
+    EXPECT_EQ(text + W("x") + static_cast<WCHAR>('y'), W("bxy"));
+    EXPECT_EQ(W("abc").CompareNoCase(TEXT("ABC")), 0);
+    EXPECT_LT(W("ABC").Compare(TEXT("abc")), 0);
+
+    const WCHAR units[] = {'a', 0, 'b'};
+    const CString withNul(units, 3);
+    EXPECT_EQ(withNul.GetLength(), 3u);
+    EXPECT_NE(withNul, CString(units, 1));
+    EXPECT_EQ(withNul, CString(units, 3));
+
+    CString filled;
+    LPWSTR buffer = filled.GetBuffer(10);
+    buffer[0] = 'h';
+    buffer[1] = 'i';
+    buffer[2] = 0;
+    filled.ReleaseBuffer();
+    EXPECT_EQ(filled, W("hi"));
+    EXPECT_EQ(CString(static_cast<LPCWSTR>(nullptr)), W(""));
+}
+
+struct STracked {
+    explicit STracked(int* live, int value) : live(live), value(value) { ++*live; }
+    ~STracked() { --*live; }
+    int* live;
+    int value;
+};
+
+// The array owns, sorts and frees its elements; the buffer grows zero-filled,
+// copies only when asked, and reports a failed growth instead of throwing.
+TEST(Containers, ObjArrayOwnsItsElementsBinaryBufferGrowsZeroFilled)
+{
+    int live = 0;
+    {
+        CShdObjArray<STracked> items;
+        for (int value : {3, 1, 2})
+            EXPECT_GE(items.Add(new STracked(&live, value)), 0);
+        EXPECT_EQ(live, 3);
+        items.Sort([](const STracked& a, const STracked& b) { return a.value - b.value; });
+        EXPECT_EQ(items[0]->value, 1);
+        EXPECT_EQ(items.GetAt(2)->value, 3);
+        items.RemoveAt(0);
+        EXPECT_EQ(live, 2);
+        EXPECT_EQ(items.GetCount(), 2u);
+    }
+    EXPECT_EQ(live, 0);
+
+    CShdCopyableBinaryBuffer buffer;
+    ASSERT_TRUE(buffer.Append("ab", 2));
+    ASSERT_TRUE(buffer.SetSize(4));
+    EXPECT_EQ(BufferBytes(buffer), Bytes({'a', 'b', 0, 0}));
+    CShdCopyableBinaryBuffer copy = buffer;
+    buffer.Clear();
+    EXPECT_TRUE(buffer.IsEmpty());
+    EXPECT_EQ(copy.GetSize(), 4u);
+    EXPECT_TRUE(copy.Append(nullptr, 0));
+    EXPECT_FALSE(copy.SetSize(static_cast<size_t>(-1)));
+    EXPECT_EQ(copy.GetSize(), 4u);
+}
+
+}  // namespace
