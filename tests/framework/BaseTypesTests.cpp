@@ -70,23 +70,6 @@ TEST(TextHelpers, CaseMappingSpaceHexSearchAndUtf8)
     EXPECT_EQ(ToUtf8(lone, 2), "\xef\xbf\xbdx");
 }
 
-TEST(CStringFormat, FollowsTheWidePrintfRules)
-{
-    EXPECT_EQ(CString::Formatted(TEXT("%s (%i)"), W("Foo"), 2), W("Foo (2)"));
-    EXPECT_EQ(CString::Formatted(TEXT("dword:%08x"), 0x1Au), W("dword:0000001a"));
-    EXPECT_EQ(CString::Formatted(TEXT("%02x,%02X"), 0xABu, 0x5u), W("ab,05"));
-    EXPECT_EQ(CString::Formatted(TEXT("hex(%x):"), 11), W("hex(b):"));
-    EXPECT_EQ(CString::Formatted(TEXT("%x"), -1), W("ffffffff"));
-    EXPECT_EQ(CString::Formatted(TEXT("%u"), static_cast<DWORD>(4294967295u)), W("4294967295"));
-    EXPECT_EQ(CString::Formatted(TEXT("%d|%5d|%-5d|%05d"), -42, 42, 42, -42), W("-42|   42|42   |-0042"));
-    EXPECT_EQ(CString::Formatted(TEXT("%c%c"), static_cast<WCHAR>('o'), static_cast<WCHAR>('k')), W("ok"));
-    EXPECT_EQ(CString::Formatted(TEXT("%.2s|%4s"), W("abcdef"), W("ä")), W("ab|   ä"));
-    EXPECT_EQ(CString::Formatted(TEXT("100%% %q %i")), W("100% %q %i"));
-    CString text = W("x=");
-    text.AppendFormat(TEXT("%i"), 5);
-    EXPECT_EQ(text, W("x=5"));
-}
-
 TEST(CString, SearchesCutsEditsAndKeepsEmbeddedNuls)
 {
     const CString path = W("HKLM\\Software\\Foo (3)");

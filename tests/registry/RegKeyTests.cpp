@@ -22,41 +22,6 @@ protected:
     CShdRegKey m_key{true};
 };
 
-TEST_F(RegKeyTest, TypedReadsAcceptOnlyTheirOwnForms)
-{
-    Write(W("dw"), REG_DWORD, Bytes({0x78, 0x56, 0x34, 0x12}));
-    Write(W("dw2"), REG_DWORD, Bytes({1, 0}));
-    Write(W("five"), REG_DWORD, Bytes({5, 0, 0, 0}));
-    Write(W("bin"), REG_BINARY, Bytes({0x61, 0}));
-    Write(W("multi"), REG_MULTI_SZ, Utf16Bytes(W("first"), true) + Utf16Bytes(W("second"), true));
-    ASSERT_TRUE(m_key.WriteString(W("text"), W("Ärger")));
-
-    DWORD value = 99;
-    EXPECT_TRUE(m_key.ReadDword(W("dw"), value));
-    EXPECT_EQ(value, 0x12345678u);
-    EXPECT_FALSE(m_key.ReadDword(W("dw2"), value));
-    EXPECT_EQ(value, 0u) << "a 2-byte DWORD is no DWORD";
-    EXPECT_EQ(m_key.ReadDwordOr(W("missing"), 7u), 7u);
-    EXPECT_TRUE(m_key.ReadBool(W("five"), false));
-    EXPECT_TRUE(m_key.ReadBool(W("dw2"), true));
-
-    CString text = W("sentinel");
-    EXPECT_FALSE(m_key.ReadString(W("bin"), text));
-    EXPECT_EQ(text, W(""));
-    EXPECT_TRUE(m_key.ReadString(W("text"), text));
-    EXPECT_EQ(text, W("Ärger"));
-    EXPECT_EQ(m_key.ReadStringOr(W("missing"), TEXT("default")), W("default"));
-    EXPECT_FALSE(m_key.WriteString(W("null"), nullptr));
-
-    DWORD type = 0;
-    EXPECT_TRUE(m_key.GetValueType(W("multi"), type));
-    EXPECT_EQ(type, static_cast<DWORD>(REG_MULTI_SZ));
-    EXPECT_TRUE(m_key.ValueExists(W("BIN")));
-    EXPECT_TRUE(m_key.DeleteValue(W("bin")));
-    EXPECT_FALSE(m_key.ValueExists(W("bin")));
-    EXPECT_EQ(m_key.ValueCount(), 5u);
-}
-
 TEST_F(RegKeyTest, LongNamesAndLargeDataAreReadWhole)
 {
     const CString name260 = W(std::string(260, 'n').c_str());
