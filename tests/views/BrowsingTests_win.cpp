@@ -177,6 +177,8 @@ TEST_F(BrowsingTest, RefreshingTheTreeKeepsExpandedBranchesAndDropsDeletedKeys)
     EXPECT_EQ(Children(Item(TEXT("shut"))), "") << "no expand button once its last subkey is gone";
 }
 
+// What a rename asks for is checked where it shows, in the main window's
+// renames; here only that roots refuse the label edit.
 TEST_F(BrowsingTest, OnlyKeysBelowARootCanBeRenamedAndCutMarksFollowTheKey)
 {
     CreateKey(TEXT("old"));
@@ -184,19 +186,6 @@ TEST_F(BrowsingTest, OnlyKeysBelowARootCanBeRenamedAndCutMarksFollowTheKey)
     const HTREEITEM rootItem = m_host.m_tree.FindItem(HKEY_CURRENT_USER, TEXT(""));
     for (HTREEITEM refused : {m_host.m_tree.GetTopItem(), rootItem})
         EXPECT_EQ(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(refused)), 0);
-
-    const HWND edit =
-        reinterpret_cast<HWND>(SendMessageW(Tree(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Item(TEXT("old")))));
-    ASSERT_NE(edit, nullptr);
-    SetWindowTextW(edit, L"new");
-    SendMessageW(Tree(), TVM_ENDEDITLABELNOW, FALSE, 0);
-    const CRegTree::SLabelEdit& rename = m_host.m_tree.GetLabelEdit();
-    EXPECT_TRUE(rename.renameRequested);
-    EXPECT_EQ(rename.root, HKEY_CURRENT_USER);
-    EXPECT_EQ(rename.parentPath, m_scratch.Path());
-    EXPECT_EQ(rename.oldName, W("old"));
-    EXPECT_EQ(rename.newName, W("new"));
-    EXPECT_EQ(Children(Item(TEXT(""))), "old") << "the label waits for the rename itself";
 
     m_host.m_tree.SetCut(HKEY_CURRENT_USER, ScratchPath(TEXT("OLD")));
     EXPECT_NE(State(Item(TEXT("old")), TVIS_CUT), 0u);
