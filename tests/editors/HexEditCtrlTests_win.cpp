@@ -149,6 +149,11 @@ TEST_F(HexEditCtrlTest, StylusDragSelectsPastTheBottomWithAutoScroll)
     const int x = Model().PairX(1) + 2;
     Click(WM_LBUTTONDOWN, x, Model().Metrics().marginTop + 1);
     EXPECT_EQ(GetCapture(), Hwnd());
+    // The real pointer goes below the control too: a mouse move that the
+    // system makes up from where it is would otherwise end the auto-scroll.
+    POINT below = {x, client.bottom + 5};
+    ClientToScreen(Hwnd(), &below);
+    SetCursorPos(below.x, below.y);
     Click(WM_MOUSEMOVE, x, client.bottom + 5);
     PumpUntil([this] { return Model().Top() >= 8; }, 10000);
     Click(WM_LBUTTONUP, x, client.bottom + 5);
