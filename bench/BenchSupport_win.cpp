@@ -1,5 +1,8 @@
 #include "bench/BenchSupport_win.h"
 
+#include <cstdio>
+
+#include "framework/Utf8.h"
 #include "registry/RegKey.h"
 
 double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to)
@@ -47,4 +50,14 @@ void CountTree(HKEY parent, const CString& path, unsigned& keys, unsigned& value
     CString name;
     for (DWORD index = 0; key.EnumSubkey(index, name); ++index)
         CountTree(key.GetHandle(), name, keys, values);
+}
+
+bool CountBenchmarkTree(const CString& path, unsigned& keys, unsigned& values)
+{
+    keys = 0;
+    values = 0;
+    CountTree(HKEY_CURRENT_USER, path, keys, values);
+    if (keys == 0)
+        std::fprintf(stderr, "HKCU\\%s does not exist\n", ToUtf8(path).c_str());
+    return keys != 0;
 }

@@ -16,3 +16,6 @@ double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to);
 double TimeCommand(std::wstring command);
 
 void CountTree(HKEY parent, const CString& path, unsigned& keys, unsigned& values);
+// The count of HKCU\path's subtree; false, after saying so, when the key
+// does not exist (the benchmark's script did not set it up).
+bool CountBenchmarkTree(const CString& path, unsigned& keys, unsigned& values);

@@ -68,11 +68,8 @@ int main(int argc, char** argv)
     const std::wstring regStart = L"reg.exe query \"" + source + L"\"";
     unsigned keys = 0;
     unsigned values = 0;
-    CountTree(HKEY_CURRENT_USER, path, keys, values);
-    if (keys == 0) {
-        std::fprintf(stderr, "HKCU\\%s does not exist\n", ToUtf8(path).c_str());
+    if (!CountBenchmarkTree(path, keys, values))
         return 1;
-    }
     std::printf("subtree: %u keys, %u values\n", keys, values);
     DeleteKeyTree(HKEY_CURRENT_USER, copyPath);
 

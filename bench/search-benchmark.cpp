@@ -105,11 +105,8 @@ int main(int argc, char** argv)
     const CString keyPath = FromUtf8(argv[1]);
     unsigned keys = 0;
     unsigned values = 0;
-    CountTree(HKEY_CURRENT_USER, keyPath, keys, values);
-    if (keys == 0) {
-        std::fprintf(stderr, "HKCU\\%s does not exist\n", argv[1]);
+    if (!CountBenchmarkTree(keyPath, keys, values))
         return 1;
-    }
     std::printf("subtree HKCU\\%s: %u keys, %u values (best of %d runs each)\n", argv[1], keys, values, kRuns);
 
     const struct {
