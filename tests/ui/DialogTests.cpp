@@ -84,18 +84,7 @@ TEST(Dialog, AModalDialogIsDrivenThroughItsSoftKeys)
             EXPECT_EQ(GetWindowLongW(window, GWL_STYLE) & (WS_BORDER | WS_CAPTION), 0);
             SetDlgItemTextW(window, IDC_BOOKMARK_LOCATION, L"HKLM\\Software");
         },
-        [&] {
-            // The separator under the header is painted in the text colour.
-            const HWND window = dialog.GetHwnd();
-            RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-            RECT headerRect = {};
-            GetWindowRect(header, &headerRect);
-            MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&headerRect), 2);
-            const HDC dc = GetDC(window);
-            EXPECT_EQ(GetPixel(dc, 2, headerRect.bottom + ScaleY(1)), GetSysColor(COLOR_WINDOWTEXT));
-            ReleaseDC(window, dc);
-            TapSoftKey(window, 0, 2);
-        },
+        [&] { TapSoftKey(dialog.GetHwnd(), 0, 2); },
     });
     EXPECT_EQ(dialog.DoModal(TestInstance(), IDD_EDIT_BOOKMARK, owner.GetHwnd(), 77), CShdDialog::kResultOk);
     EXPECT_TRUE(script.Finished());
@@ -137,15 +126,6 @@ TEST(Dialog, AModelessDialogLivesUntilItsObjectEnds)
         EXPECT_FALSE(dialog.Create(TestInstance(), IDD_EDIT_BOOKMARK, owner.GetHwnd()));
     }
     EXPECT_FALSE(IsWindow(window));
-}
-
-TEST(Dialog, TheHeaderTakesItsDesignHeightAtAnyResolution)
-{
-    CShdPpcDialogHelper helper;
-    for (const int dpi : {96, 192}) {
-        CScopedScreenDpi screen(dpi, dpi);
-        EXPECT_EQ(helper.GetHeaderHeight(), dpi / 4);
-    }
 }
 
 }  // namespace

@@ -182,32 +182,4 @@ TEST(HandheldShell, AWindowNoOneOwnsTakesTheHandheldSize)
     EXPECT_FALSE(SHInitDialog(&info));
 }
 
-TEST(HandheldShell, ClipboardDataIsCopiedForTheCaller)
-{
-    CTestFrame frame;
-    ASSERT_TRUE(OpenClipboard(frame.GetHwnd()));
-    EmptyClipboard();
-    const WCHAR text[] = L"00 FF";
-    HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, sizeof(text));
-    memcpy(GlobalLock(data), text, sizeof(text));
-    GlobalUnlock(data);
-    SetClipboardData(CF_UNICODETEXT, data);
-    const HANDLE copy = GetClipboardDataAlloc(CF_UNICODETEXT);
-    EXPECT_EQ(GetClipboardDataAlloc(CF_BITMAP), nullptr);
-    CloseClipboard();
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(CString(static_cast<LPCWSTR>(copy)), W("00 FF"));
-    LocalFree(copy);
-}
-
-TEST(HandheldShell, TheDesktopPlaysAPocketPc)
-{
-    WCHAR type[16] = {};
-    EXPECT_TRUE(Handheld::GetPlatformType(type, 16));
-    EXPECT_EQ(CString(type), W("PocketPC"));
-    EXPECT_FALSE(Handheld::GetPlatformType(type, 4));
-    EXPECT_FALSE(IsSmartphone());
-    EXPECT_GE(GetOsVersion(), 0x0500u);
-}
-
 }  // namespace

@@ -104,30 +104,4 @@ TEST_F(PropertySheetTest, CancelIsAskedAndTheSheetRunsAgain)
     EXPECT_EQ(m_import.m_applies, 1);
 }
 
-TEST_F(PropertySheetTest, APageAddedToAShownSheetAppearsAtOnce)
-{
-    CTestPage extra;
-    ASSERT_TRUE(extra.Init(TestInstance(), IDD_OPTIONS_GENERAL, L"Extra"));
-    CModalScript script({
-        [&] {
-            EXPECT_EQ(m_sheet.AddPage(&extra), 2);
-            SendMessageW(m_sheet.GetHwnd(), PSM_SETCURSEL, 2, 0);
-        },
-        [&] {
-            EXPECT_EQ(CurrentPage(), extra.GetHwnd());
-            EXPECT_EQ(extra.m_activations, 1);
-            SendMessageW(m_sheet.GetHwnd(), PSM_PRESSBUTTON, PSBTN_OK, 0);
-        },
-    });
-    EXPECT_TRUE(m_sheet.DoModal(m_owner.GetHwnd()));
-    EXPECT_EQ(extra.m_applies, 1);
-}
-
-TEST(PropertySheetSetup, ASheetNeedsInitBeforeItIsShown)
-{
-    CShdPropertySheet sheet;
-    EXPECT_FALSE(sheet.DoModal(nullptr));
-    EXPECT_EQ(sheet.AddPage(nullptr), -1);
-}
-
 }  // namespace

@@ -82,30 +82,6 @@ TEST(ShdWnd, TheObjectIsFoundWhereItsClassKeepsIt)
     }
 }
 
-TEST(ShdWnd, RegisteringAgainReplacesTheClassAndUnregisteringEndsIt)
-{
-    CShdWnd::CClass windowClass;
-    ASSERT_TRUE(windowClass.Register(L"QuendaTest.Again"));
-    EXPECT_TRUE(windowClass.Register(L"QuendaTest.Again")) << "the first registration is undone first";
-    const HWND plain = CreateWindowExW(0, L"QuendaTest.Again", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
-                                       TestInstance(), nullptr);
-    ASSERT_NE(plain, nullptr);
-    EXPECT_EQ(SendMessageW(plain, kPing, 0, 0), 0) << "a window without object gets default handling";
-    DestroyWindow(plain);
-    EXPECT_TRUE(windowClass.IsRegistered());
-    windowClass.Unregister();
-    EXPECT_FALSE(windowClass.IsRegistered());
-    CRecordingWnd object;
-    EXPECT_FALSE(CreatePopup(object, &windowClass, L"")) << "a class object that is not registered";
-    WNDCLASSW found;
-    EXPECT_FALSE(GetClassInfoW(TestInstance(), L"QuendaTest.Again", &found));
-    {
-        CShdWnd::CClass scoped;
-        ASSERT_TRUE(scoped.Register(L"QuendaTest.Scoped"));
-    }
-    EXPECT_FALSE(GetClassInfoW(TestInstance(), L"QuendaTest.Scoped", &found)) << "the destructor unregisters";
-}
-
 TEST(ShdWnd, SubclassingRoutesAnotherWindowsMessagesUntilUnsubclassed)
 {
     const HWND edit = CreateWindowExW(0, L"EDIT", L"abc", WS_POPUP, 0, 0, 80, 20, nullptr, nullptr,

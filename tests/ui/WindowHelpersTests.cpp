@@ -1,56 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
-#include "framework/WaitCursor.h"
 #include "framework/WindowHelpers.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/UiTestSupport.h"
 
 namespace {
-
-TEST(Messages, EveryMessageIsCaptionedAndInFrontAndCanBeAnswered)
-{
-    std::vector<UINT> flags;
-    CScopedMessageAnswerer outer([&](HWND, LPCWSTR, UINT f) {
-        flags.push_back(f);
-        return IDNO;
-    });
-    EXPECT_EQ(ShowMessage(nullptr, L"Do you want to import registry file?", MB_YESNO | MB_ICONQUESTION), IDNO);
-    {
-        CString seen;
-        CScopedMessageAnswerer inner([&](HWND, LPCWSTR text, UINT) {
-            seen = text;
-            return IDYES;
-        });
-        EXPECT_EQ(ShowMessage(nullptr, L"inner", 0x10024), IDYES);
-        EXPECT_EQ(seen, W("inner"));
-    }
-    EXPECT_EQ(ShowMessage(nullptr, L"outer again", MB_ICONEXCLAMATION), IDNO);
-    ASSERT_EQ(flags.size(), 2u);
-    EXPECT_EQ(flags[0], 0x10024u);
-    EXPECT_EQ(flags[1], 0x10030u);
-}
-
-TEST(WaitCursor, WaitsNestAcrossScopes)
-{
-    CWaitCursor::CFuncs& funcs = CWaitCursor::CFuncs::Instance();
-    const HCURSOR before = GetCursor();
-    {
-        CWaitCursor outer;
-        {
-            CWaitCursor inner;
-            EXPECT_EQ(funcs.GetCount(), 2);
-            EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
-        }
-        EXPECT_EQ(funcs.GetCount(), 1);
-        EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
-    }
-    EXPECT_EQ(funcs.GetCount(), 0);
-    EXPECT_EQ(GetCursor(), before);
-}
 
 TEST(WndNoRedraw, RedrawingResumesAtTheEnd)
 {
