@@ -15,6 +15,7 @@
 #include "framework/MessageBox.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/RegistryRoots.h"
+#include "resources/resource.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/FileDialogTestSupport.h"
 #include "tests/ui/UiTestSupport.h"
