@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "framework/DpiScale.h"
 #include "framework/WindowHelpers.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/UiTestSupport.h"
@@ -48,17 +47,6 @@ TEST(ResizeNoFlickering, ACoverLiesOverTheClientAreaUntilTheEnd)
         EXPECT_EQ(SendMessageW(top, WM_ERASEBKGND, 0, 0), 1);
     }
     EXPECT_EQ(CShdWnd::GetClassNameOr(GetWindow(window, GW_CHILD), L""), W("Static"));
-}
-
-TEST(FontsManager, TheDefaultFontIsMadeOnce)
-{
-    const HFONT font = CShdFontsManager::Instance().GetDefaultFont();
-    ASSERT_NE(font, nullptr);
-    EXPECT_EQ(CShdFontsManager::Instance().GetDefaultFont(), font);
-    LOGFONTW description = {};
-    ASSERT_NE(GetObjectW(font, sizeof(description), &description), 0);
-    EXPECT_EQ(description.lfHeight, FontHeightForPoints(8, ScreenDpiY()));
-    EXPECT_EQ(description.lfWeight, FW_NORMAL);
 }
 
 }  // namespace
