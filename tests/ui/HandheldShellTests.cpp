@@ -73,8 +73,6 @@ TEST(SoftKeyBar, MenusAndMenuBarResourcesGiveTheSameKeys)
             EXPECT_EQ(keys[0].command, pair.firstCommand) << pair.menu;
             const bool hasMenu = SendMessageW(bar, SHCMBM_GETMENU, 0, 0) != 0;
             EXPECT_EQ(hasMenu, !resource || pair.labels.back() == "Menu") << pair.menu;
-            EXPECT_TRUE(SendMessageW(bar, SHCMBM_OVERRIDEKEY, VK_TBACK,
-                                     MAKELPARAM(SHMBOF_NODEFAULT | SHMBOF_NOTIFY, SHMBOF_NODEFAULT | SHMBOF_NOTIFY)));
         }
     }
     EXPECT_EQ(CreateMenuBar(frame.GetHwnd(), TestInstance(), 9999, true), nullptr);
