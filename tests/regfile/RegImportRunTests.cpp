@@ -196,7 +196,7 @@ TEST_F(RegImportRunTest, CancelIsSeenOnlyAtTheEnd)
 
 // The importer runs the import on its worker, with the header check that the
 // settings ask for; one job at a time, its result taken once. A cancelled job
-// gives no result and keeps the file unless asked.
+// gives no result and keeps the file unless asked to delete it.
 TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
 {
     m_file.Write("REGEDIT4\r\n" + std::string(kKey) + "\\K]\r\n\"v\"=dword:1\r\n");
@@ -220,6 +220,9 @@ TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
     importer.Cancel(false);
     EXPECT_FALSE(importer.GetResult(result, m_error));
     EXPECT_TRUE(m_file.Exists());
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    importer.Cancel(true);
+    EXPECT_FALSE(m_file.Exists());
 }
 
 
