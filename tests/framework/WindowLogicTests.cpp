@@ -28,15 +28,11 @@ TEST(DpiScale, RoundsHalfAwayFromZeroEachAxisByItsOwnResolution)
               std::vector<int>({-11, -21, -12}));
 }
 
-TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99AndPicksMenuBars)
+TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99AndNamesSmartphones)
 {
     EXPECT_EQ(std::vector<DWORD>({PackOsVersion(4, 20), PackOsVersion(4, 21), PackOsVersion(5, 0),
                                   PackOsVersion(10, 0), PackOsVersion(120, 2), PackOsVersion(5, 250)}),
               std::vector<DWORD>({0x0420, 0x0421, 0x0500, 0x1000, 0x9902, 0x0599}));
-    // Only an old smartphone takes menu bar resources.
-    EXPECT_TRUE(UsesMenuBarResource(true, 0x0421));
-    EXPECT_FALSE(UsesMenuBarResource(true, 0x0500));
-    EXPECT_FALSE(UsesMenuBarResource(false, 0x0420));
     EXPECT_TRUE(IsSmartphonePlatformType(W("SmartPhone")));
     EXPECT_FALSE(IsSmartphonePlatformType(W("PocketPC")));
     EXPECT_FALSE(IsSmartphonePlatformType(nullptr));
