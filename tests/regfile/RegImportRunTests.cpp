@@ -69,6 +69,9 @@ TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
         {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\nname=\"x\"\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"n\":\"v\"\r\n", 4},
+        // A minus followed by more is no deletion.
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"v\"=-1\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:01,\\\r\n\r\n  02,\\\r\n  zz\r\n", 7},
     };
     for (const auto& item : cases) {

@@ -43,27 +43,6 @@ TEST(RegSyntax, CommentsEndAtTheFirstQuoteKeyLinesNeedALongRootName)
     }
 }
 
-TEST(RegSyntax, ValueNames)
-{
-    const struct { const char* line; bool ok; const char* name; size_t dataAt; } cases[] = {
-        {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10}, {"@=x", true, "", 2}, {"\"@\" = x", true, "@", 5},
-        {"  \"n\"\t=", true, "n", 7}, {"\"open=x", false, "", 0}, {"name=x", false, "", 0}, {"\"n\" x", false, "", 0},
-        {"\"ends\\", false, "", 0},
-    };
-    for (const auto& item : cases) {
-        SCOPED_TRACE(item.line);
-        size_t position = 0;
-        CString name;
-        EXPECT_EQ(ParseValueName(W(item.line), position, name), item.ok);
-        if (item.ok) {
-            EXPECT_EQ(name, W(item.name));
-            EXPECT_EQ(position, item.dataAt);
-        }
-    }
-    EXPECT_TRUE(IsDeletion(W("= - "), 1));
-    EXPECT_FALSE(IsDeletion(W("=-1"), 1));
-}
-
 TEST(RegSyntax, DataFormsAndContinuationLines)
 {
     const struct { const char* data; EData result; DWORD type; std::vector<BYTE> bytes; } cases[] = {
