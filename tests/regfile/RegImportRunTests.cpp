@@ -6,7 +6,6 @@
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/RegImportRun.h"
 #include "regfile/RegImporter.h"
-#include "regfile/RegLineReader.h"
 #include "registry/RegKey.h"
 #include "settings/Settings.h"
 #include "tests/support/RegistryDump.h"
@@ -229,40 +228,25 @@ TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
 }
 
 
-// Writes `bytes` to a file and reads it back as lines through a reader with
-// a buffer of `bufferSize` bytes.
-std::vector<CString> ReadLines(const std::string& bytes, DWORD bufferSize, bool* unicode = nullptr)
+// CR LF, CR, LF, LF CR and doubled line ends each count once, at any read
+// buffer size and in both encodings: every value lands whole and the syntax
+// error at the end names its physical line.
+TEST_F(RegImportRunTest, EveryLineEndCountsOnceAtAnyBufferSize)
 {
-    IPlatform& platform = Platform();
-    const CTestFile written("line-reader-test.reg");
-    written.Write(bytes);
-    HANDLE file =
-        platform.CreateFileW(written.Path(), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
-    std::vector<CString> lines;
-    CRegLineReader reader(file, bufferSize);
-    EXPECT_EQ(reader.Open(platform.GetFileSize(file)), CRegLineReader::EResult::Line);
-    CString line;
-    while (reader.ReadLine(line) == CRegLineReader::EResult::Line)
-        lines.push_back(line);
-    if (unicode != nullptr)
-        *unicode = reader.IsUnicode();
-    platform.CloseHandle(file);
-    return lines;
-}
-
-TEST(RegLineReader, EveryLineEndCountsOnceAtAnyBufferSize)
-{
-    const std::string text = "a\r\nb\rc\nd\n\re\r\n\r\nf\n\ng";
-    const std::vector<CString> expected = {W("a"), W("b"), W("c"), W("d"), W("e"), W(""), W("f"), W(""), W("g")};
-    for (DWORD bufferSize : {1u, 2u, 3u, 7u, 0x80000u}) {
-        SCOPED_TRACE(bufferSize);
-        EXPECT_EQ(ReadLines(text, bufferSize), expected);
-        bool unicode = false;
-        EXPECT_EQ(ReadLines(Utf16FileBytes(text), bufferSize * 2, &unicode), expected);
-        EXPECT_TRUE(unicode);
+    const std::string body = "\r\n" + std::string(kKey) + "\\E]\r\n\"a\"=\"1\"\r\"b\"=\"2\"\n\"c\"=\"3\"\n\r\"d\"=\"4\"\r\n\r\n" +
+                             "\"e\"=\"5\"\n\n\rx";
+    for (bool unicode : {false, true}) {
+        for (DWORD bufferSize : {1u, 2u, 3u, 7u, 0x80000u}) {
+            SCOPED_TRACE(testing::Message() << unicode << " " << bufferSize);
+            DeleteTreeForTests(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\E"));
+            const std::string text = (unicode ? kHeader5 : "QUENDA4") + body;
+            EXPECT_FALSE(ImportBytes(unicode ? Utf16FileBytes(text) : text, true, unicode ? bufferSize * 2 : bufferSize));
+            EXPECT_EQ(m_error, W("Syntax error at line 10."));
+            EXPECT_EQ(Dump(), ".\nE\n  \"a\" 1: 31 00 00 00\n  \"b\" 1: 32 00 00 00\n  \"c\" 1: 33 00 00 00\n"
+                              "  \"d\" 1: 34 00 00 00\n  \"e\" 1: 35 00 00 00\n");
+        }
     }
-    // A last odd byte of a UTF-16 file is no character.
-    EXPECT_EQ(ReadLines(Utf16FileBytes("ab") + "c", 16), std::vector<CString>{W("ab")});
+    EXPECT_TRUE(ImportBytes(Utf16FileBytes(kHeader5) + "c")) << "a last odd byte of a UTF-16 file is no character";
 }
 
 }  // namespace
