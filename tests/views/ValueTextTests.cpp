@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/FaultInjectingPlatform.h"
-#include "registry/RegKey.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
 #include "views/ValueRows.h"
@@ -54,9 +54,7 @@ protected:
 
     void Write(LPCWSTR name, DWORD type, const std::vector<BYTE>& data)
     {
-        CShdRegKey key;
-        ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("")));
-        ASSERT_TRUE(key.WriteValue(name, type, data.data(), static_cast<DWORD>(data.size())));
+        WriteTestValue(m_scratch.Handle(), TEXT(""), name, type, data);
     }
 
     std::vector<SValueRow> Load(const SCutValue* cut)
