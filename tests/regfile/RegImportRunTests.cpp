@@ -46,18 +46,21 @@ protected:
 
 TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
 {
-    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n@=\"default\"\r\n\"@\"=dword:ffffffff\r\n"
+    // Root names ignore case; a key's path ends at the line's last bracket.
+    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n@=\"default\"\r\n\"@\"=dword:ffffffff\r\n\"[x]\"=\"y\"\r\n"
                        "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n\"bin\"=hex:de,AD,0\r\n\"none\"=hex(0):\r\n"
                        "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n\"long\"=hex(b):01,02,\\\r\n"
                        "  ; a comment line inside the value\r\n  03 , 04,\\ ; and one after the backslash\r\n"
-                       "  05\r\n\"ä€\"=\"ü\"\r\n" +
-                       kKey + "\\Forms\\C]\r\n@=dword:1 ; a comment: the line holds no quote\r\n"))
+                       "  05\r\n\"ä€\"=\"ü\"\r\n"
+                       "[hkey_current_user\\Software\\QuendaTests\\Import\\Forms\\C]x]junk\r\n"
+                       "@=dword:1 ; a comment: the line holds no quote\r\n"))
         << ToUtf8(m_error);
     EXPECT_EQ(Dump(), ".\nForms\n  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n  \"@\" 4: ff ff ff ff\n"
+                      "  \"[x]\" 1: 79 00 00 00\n"
                       "  \"bin\" 3: de ad 00\n  \"long\" b: 01 02 03 04 05\n"
                       "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n  \"none\" 0:\n"
                       "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n  \"ä€\" 1: fc 00 00 00\n"
-                      "Forms\\C\n  \"\" 4: 01 00 00 00\n");
+                      "Forms\\C]x\n  \"\" 4: 01 00 00 00\n");
     EXPECT_EQ(m_error, W(""));
 }
 
@@ -65,7 +68,9 @@ TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 {
     const struct { const char* body; int line; } cases[] = {
         // Lines 1 and 2 are the header and the empty line after it.
-        {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5},
+        {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5}, {"[]\r\n", 3}, {"[-]\r\n", 3},
+        // No comment follows a quote on its line.
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=\"x\" ; note\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\nname=\"x\"\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"n\":\"v\"\r\n", 4},
