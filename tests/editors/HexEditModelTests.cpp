@@ -108,7 +108,6 @@ TEST(HexEditModel, ScrollBarFiguresAndScrolling)
     Load(model, 40);
     EXPECT_EQ(model.ClientWidthFor(4), 241);
     EXPECT_EQ(model.ClientWidthFor(0), 0);
-    EXPECT_EQ(model.FittedBytesPerRow(), 7u);
 }
 
 TEST(HexEditModel, HitTestAtTheBordersOfRowsAndColumns)
