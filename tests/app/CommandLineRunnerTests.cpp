@@ -62,6 +62,10 @@ TEST(CommandLineRunner, EachCommandLineShowsItsMessagesAndRunsItsJobs)
         {"/s \"a\"\"b.reg\"", {}, {Question("a\"b.reg"), "import a\"b.reg"}},
         // An empty argument is still a file name.
         {"\"\"", {7}, {Question("")}},
+        // Quotes inside an argument stay; an open quote runs to the end;
+        // only the space separates arguments.
+        {"a\"b c\"d \"open", {7, 7}, {Question("a\"b c\"d"), Question("open")}},
+        {"\ttab ", {7}, {Question("\ttab")}},
         // Options count only before the first file.
         {"file.reg /e x", {7, 7, 7}, {Question("file.reg"), Question("/e"), Question("x")}},
         {"a.reg /?", {7, 7}, {Question("a.reg"), Question("/?")}},

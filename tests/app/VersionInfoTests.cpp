@@ -15,10 +15,8 @@ TEST(VersionInfo, ReadsTheFileVersionAfterTheAlignedSignature)
                                           0x02, 0x00, 0x01, 0x00, 0xC8, 0x01, 0x03, 0x00});
     SFileVersion version;
     ASSERT_TRUE(ReadFixedFileVersion(data.data(), data.size(), version));
-    EXPECT_EQ(version.major, 1);
-    EXPECT_EQ(version.minor, 2);
-    EXPECT_EQ(version.patch, 3);
-    EXPECT_EQ(version.build, 456);
+    EXPECT_EQ(std::vector<int>({version.major, version.minor, version.patch, version.build}),
+              std::vector<int>({1, 2, 3, 456}));
 
     version.major = 9;
     EXPECT_FALSE(ReadFixedFileVersion(data.data(), data.size() - 1, version)) << "cut short";

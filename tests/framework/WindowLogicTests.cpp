@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "framework/CommandLine.h"
 #include "framework/DpiScale.h"
 #include "framework/ObjectKey.h"
 #include "framework/SystemInfo.h"
@@ -29,59 +28,14 @@ TEST(DpiScale, RoundsHalfAwayFromZeroEachAxisByItsOwnResolution)
               std::vector<int>({-11, -21, -12}));
 }
 
-TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99AndPicksMenuBars)
+TEST(OsVersion, PacksAsBinaryCodedDecimalClampedTo99AndNamesSmartphones)
 {
     EXPECT_EQ(std::vector<DWORD>({PackOsVersion(4, 20), PackOsVersion(4, 21), PackOsVersion(5, 0),
                                   PackOsVersion(10, 0), PackOsVersion(120, 2), PackOsVersion(5, 250)}),
               std::vector<DWORD>({0x0420, 0x0421, 0x0500, 0x1000, 0x9902, 0x0599}));
-    // Only an old smartphone takes menu bar resources.
-    EXPECT_TRUE(UsesMenuBarResource(true, 0x0421));
-    EXPECT_FALSE(UsesMenuBarResource(true, 0x0500));
-    EXPECT_FALSE(UsesMenuBarResource(false, 0x0420));
     EXPECT_TRUE(IsSmartphonePlatformType(W("SmartPhone")));
     EXPECT_FALSE(IsSmartphonePlatformType(W("PocketPC")));
     EXPECT_FALSE(IsSmartphonePlatformType(nullptr));
-}
-
-std::vector<std::string> AllTokens(const char* commandLine, std::vector<size_t>* positions = nullptr)
-{
-    const CString text = W(commandLine);
-    std::vector<std::string> tokens;
-    size_t position = 0;
-    CString token = W("sentinel");
-    while (ReadCommandLineToken(text, position, text.GetLength(), token)) {
-        tokens.push_back(ToUtf8(token));
-        if (positions != nullptr)
-            positions->push_back(position);
-    }
-    EXPECT_EQ(token, W("")) << "the end of the line empties the token";
-    return tokens;
-}
-
-TEST(CommandLineToken, SplitsAtBlanksOutsideQuotes)
-{
-    std::vector<size_t> positions;
-    EXPECT_EQ(AllTokens("  \"a b\" c", &positions), (std::vector<std::string>{"a b", "c"}));
-    EXPECT_EQ(positions.front(), 7u) << "left at the blank before c";
-    EXPECT_EQ(AllTokens("\"say \"\"hi\"\"\""), (std::vector<std::string>{"say \"hi\""}));
-    EXPECT_EQ(AllTokens("a\"b c\"d e"), (std::vector<std::string>{"a\"b c\"d", "e"}));
-    EXPECT_EQ(AllTokens("\"My Files\\a.reg\""), (std::vector<std::string>{"My Files\\a.reg"}));
-    EXPECT_EQ(AllTokens("\"a\"\"b.reg\""), (std::vector<std::string>{"a\"b.reg"}));
-    EXPECT_EQ(AllTokens("\"\" x"), (std::vector<std::string>{"", "x"}));
-    EXPECT_EQ(AllTokens("\"open"), (std::vector<std::string>{"open"}));
-    EXPECT_EQ(AllTokens("\ttab "), (std::vector<std::string>{"\ttab"})) << "only the space is a blank";
-    EXPECT_TRUE(AllTokens("   ").empty());
-    EXPECT_TRUE(AllTokens("").empty());
-
-    // Reading stops at the given length.
-    const CString text = W("abc def");
-    size_t position = 0;
-    CString token;
-    EXPECT_TRUE(ReadCommandLineToken(text, position, 2, token));
-    EXPECT_EQ(token, W("ab"));
-    EXPECT_FALSE(ReadCommandLineToken(text, position, 2, token));
-    position = 0;
-    EXPECT_FALSE(ReadCommandLineToken(nullptr, position, 5, token));
 }
 
 class CRecordingCursor : public ICursorDevice {

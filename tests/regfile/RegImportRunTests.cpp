@@ -6,7 +6,6 @@
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/RegImportRun.h"
 #include "regfile/RegImporter.h"
-#include "regfile/RegLineReader.h"
 #include "registry/RegKey.h"
 #include "settings/Settings.h"
 #include "tests/support/RegistryDump.h"
@@ -47,18 +46,21 @@ protected:
 
 TEST_F(RegImportRunTest, EveryDataFormLandsAsWritten)
 {
-    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n@=\"default\"\r\n\"@\"=dword:ffffffff\r\n"
+    // Root names ignore case; a key's path ends at the line's last bracket.
+    ASSERT_TRUE(Import(std::string(kKey) + "\\Forms]\r\n@=\"default\"\r\n\"@\"=dword:ffffffff\r\n\"[x]\"=\"y\"\r\n"
                        "\"q\\\"b\\\\\"=\"a\\\"b\\\\c;d\"\r\n\"bin\"=hex:de,AD,0\r\n\"none\"=hex(0):\r\n"
                        "\"multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n\"long\"=hex(b):01,02,\\\r\n"
                        "  ; a comment line inside the value\r\n  03 , 04,\\ ; and one after the backslash\r\n"
-                       "  05\r\n\"ä€\"=\"ü\"\r\n" +
-                       kKey + "\\Forms\\C]\r\n@=dword:1 ; a comment: the line holds no quote\r\n"))
+                       "  05\r\n\"ä€\"=\"ü\"\r\n"
+                       "[hkey_current_user\\Software\\QuendaTests\\Import\\Forms\\C]x]junk\r\n"
+                       "@=dword:1 ; a comment: the line holds no quote\r\n"))
         << ToUtf8(m_error);
     EXPECT_EQ(Dump(), ".\nForms\n  \"\" 1: 64 00 65 00 66 00 61 00 75 00 6c 00 74 00 00 00\n  \"@\" 4: ff ff ff ff\n"
+                      "  \"[x]\" 1: 79 00 00 00\n"
                       "  \"bin\" 3: de ad 00\n  \"long\" b: 01 02 03 04 05\n"
                       "  \"multi\" 7: 61 00 00 00 62 00 00 00 00 00\n  \"none\" 0:\n"
                       "  \"q\"b\\\" 1: 61 00 22 00 62 00 5c 00 63 00 3b 00 64 00 00 00\n  \"ä€\" 1: fc 00 00 00\n"
-                      "Forms\\C\n  \"\" 4: 01 00 00 00\n");
+                      "Forms\\C]x\n  \"\" 4: 01 00 00 00\n");
     EXPECT_EQ(m_error, W(""));
 }
 
@@ -66,9 +68,14 @@ TEST_F(RegImportRunTest, SyntaxErrorsNameTheirPhysicalLine)
 {
     const struct { const char* body; int line; } cases[] = {
         // Lines 1 and 2 are the header and the empty line after it.
-        {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5},
+        {"\"v\"=\"x\"\r\n", 3}, {"\r\n\r\n[HKLM\\Software]\r\n", 5}, {"[]\r\n", 3}, {"[-]\r\n", 3},
+        // No comment follows a quote on its line.
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=\"x\" ; note\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:123\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\nname=\"x\"\r\n", 4},
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"n\":\"v\"\r\n", 4},
+        // A minus followed by more is no deletion.
+        {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"v\"=-1\r\n", 4},
         {"[HKEY_CURRENT_USER\\Software\\QuendaTests\\Import]\r\n\"a\"=hex:01,\\\r\n\r\n  02,\\\r\n  zz\r\n", 7},
     };
     for (const auto& item : cases) {
@@ -160,9 +167,7 @@ TEST_F(RegImportRunTest, LongLinesLongContinuationsTinyFilesAndNoFile)
     // A file cut off inside a value that announced more lines leaves no
     // truncated value behind.
     ASSERT_TRUE(ImportBytes(Utf16FileBytes(std::string(kHeader5) + "\r\n" + kKey + "\\Cut]\r\n\"v\"=hex:01,\\\r\n")));
-    CShdRegKey cut;
-    ASSERT_TRUE(cut.Open(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\Cut")));
-    EXPECT_FALSE(cut.ReadValue(W("v"), type, run));
+    EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\Cut")), ".\n");
 
     EXPECT_TRUE(ImportBytes("")) << "an empty file has nothing to import";
     EXPECT_TRUE(ImportBytes("\xFF\xFE"));
@@ -196,7 +201,7 @@ TEST_F(RegImportRunTest, CancelIsSeenOnlyAtTheEnd)
 
 // The importer runs the import on its worker, with the header check that the
 // settings ask for; one job at a time, its result taken once. A cancelled job
-// gives no result and keeps the file unless asked.
+// gives no result and keeps the file unless asked to delete it.
 TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
 {
     m_file.Write("REGEDIT4\r\n" + std::string(kKey) + "\\K]\r\n\"v\"=dword:1\r\n");
@@ -220,43 +225,31 @@ TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
     importer.Cancel(false);
     EXPECT_FALSE(importer.GetResult(result, m_error));
     EXPECT_TRUE(m_file.Exists());
+    ASSERT_TRUE(importer.Start(m_file.Path()));
+    importer.Cancel(true);
+    EXPECT_FALSE(m_file.Exists());
 }
 
 
-// Writes `bytes` to a file and reads it back as lines through a reader with
-// a buffer of `bufferSize` bytes.
-std::vector<CString> ReadLines(const std::string& bytes, DWORD bufferSize, bool* unicode = nullptr)
+// CR LF, CR, LF, LF CR and doubled line ends each count once, at any read
+// buffer size and in both encodings: every value lands whole and the syntax
+// error at the end names its physical line.
+TEST_F(RegImportRunTest, EveryLineEndCountsOnceAtAnyBufferSize)
 {
-    IPlatform& platform = Platform();
-    const CTestFile written("line-reader-test.reg");
-    written.Write(bytes);
-    HANDLE file =
-        platform.CreateFileW(written.Path(), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
-    std::vector<CString> lines;
-    CRegLineReader reader(file, bufferSize);
-    EXPECT_EQ(reader.Open(platform.GetFileSize(file)), CRegLineReader::EResult::Line);
-    CString line;
-    while (reader.ReadLine(line) == CRegLineReader::EResult::Line)
-        lines.push_back(line);
-    if (unicode != nullptr)
-        *unicode = reader.IsUnicode();
-    platform.CloseHandle(file);
-    return lines;
-}
-
-TEST(RegLineReader, EveryLineEndCountsOnceAtAnyBufferSize)
-{
-    const std::string text = "a\r\nb\rc\nd\n\re\r\n\r\nf\n\ng";
-    const std::vector<CString> expected = {W("a"), W("b"), W("c"), W("d"), W("e"), W(""), W("f"), W(""), W("g")};
-    for (DWORD bufferSize : {1u, 2u, 3u, 7u, 0x80000u}) {
-        SCOPED_TRACE(bufferSize);
-        EXPECT_EQ(ReadLines(text, bufferSize), expected);
-        bool unicode = false;
-        EXPECT_EQ(ReadLines(Utf16FileBytes(text), bufferSize * 2, &unicode), expected);
-        EXPECT_TRUE(unicode);
+    const std::string body = "\r\n" + std::string(kKey) + "\\E]\r\n\"a\"=\"1\"\r\"b\"=\"2\"\n\"c\"=\"3\"\n\r\"d\"=\"4\"\r\n\r\n" +
+                             "\"e\"=\"5\"\n\n\rx";
+    for (bool unicode : {false, true}) {
+        for (DWORD bufferSize : {1u, 2u, 3u, 7u, 0x80000u}) {
+            SCOPED_TRACE(testing::Message() << unicode << " " << bufferSize);
+            DeleteTreeForTests(HKEY_CURRENT_USER, m_scratch.Path() + TEXT("\\E"));
+            const std::string text = (unicode ? kHeader5 : "QUENDA4") + body;
+            EXPECT_FALSE(ImportBytes(unicode ? Utf16FileBytes(text) : text, true, unicode ? bufferSize * 2 : bufferSize));
+            EXPECT_EQ(m_error, W("Syntax error at line 10."));
+            EXPECT_EQ(Dump(), ".\nE\n  \"a\" 1: 31 00 00 00\n  \"b\" 1: 32 00 00 00\n  \"c\" 1: 33 00 00 00\n"
+                              "  \"d\" 1: 34 00 00 00\n  \"e\" 1: 35 00 00 00\n");
+        }
     }
-    // A last odd byte of a UTF-16 file is no character.
-    EXPECT_EQ(ReadLines(Utf16FileBytes("ab") + "c", 16), std::vector<CString>{W("ab")});
+    EXPECT_TRUE(ImportBytes(Utf16FileBytes(kHeader5) + "c")) << "a last odd byte of a UTF-16 file is no character";
 }
 
 }  // namespace

@@ -7,63 +7,6 @@ using namespace regsyntax;
 
 namespace {
 
-TEST(RegSyntax, CommentsEndAtTheFirstQuoteKeyLinesNeedALongRootName)
-{
-    const struct { const char* line; const char* stripped; } cases[] = {
-        {"@=dword:1 ; note", "@=dword:1 "}, {"\"a\"=\"x\" ; note", "\"a\"=\"x\" ; note"},
-        {"\"a\"=hex:01 ; note", "\"a\"=hex:01 ; note"}, {"  01,02 ; more", "  01,02 "}, {"; whole line", ""},
-        {"\"a;b\"=\"c\\\";d\"", "\"a;b\"=\"c\\\";d\""},
-    };
-    for (const auto& item : cases) {
-        CString line = W(item.line);
-        StripComment(line);
-        EXPECT_EQ(line, W(item.stripped)) << item.line;
-    }
-
-    const struct { const char* line; EKeyLine kind; bool deletion; HKEY root; const char* path; } keyLines[] = {
-        {"[HKEY_CURRENT_USER\\Software\\X]", EKeyLine::Key, false, HKEY_CURRENT_USER, "Software\\X"},
-        {"[hkey_local_machine]", EKeyLine::Key, false, HKEY_LOCAL_MACHINE, ""},
-        {"[-HKEY_USERS\\a]b]c", EKeyLine::Key, true, HKEY_USERS, "a]b"},
-        {"[HKLM\\Software]", EKeyLine::SyntaxError, false, nullptr, ""},
-        {"[]", EKeyLine::SyntaxError, false, nullptr, ""}, {"[-]", EKeyLine::SyntaxError, true, nullptr, ""},
-        {"[HKEY_CURRENT_USER", EKeyLine::NotKeyLine, false, nullptr, ""},
-        {"\"[x]\"=\"y\"", EKeyLine::NotKeyLine, false, nullptr, ""},
-    };
-    for (const auto& item : keyLines) {
-        SCOPED_TRACE(item.line);
-        bool deletion = false;
-        HKEY root = nullptr;
-        CString path;
-        EXPECT_EQ(ParseKeyLine(W(item.line), deletion, root, path), item.kind);
-        if (item.kind == EKeyLine::Key) {
-            EXPECT_EQ(deletion, item.deletion);
-            EXPECT_EQ(root, item.root);
-            EXPECT_EQ(path, W(item.path));
-        }
-    }
-}
-
-TEST(RegSyntax, ValueNames)
-{
-    const struct { const char* line; bool ok; const char* name; size_t dataAt; } cases[] = {
-        {"\"a\\\"b\\\\c\"=x", true, "a\"b\\c", 10}, {"@=x", true, "", 2}, {"\"@\" = x", true, "@", 5},
-        {"  \"n\"\t=", true, "n", 7}, {"\"open=x", false, "", 0}, {"name=x", false, "", 0}, {"\"n\" x", false, "", 0},
-        {"\"ends\\", false, "", 0},
-    };
-    for (const auto& item : cases) {
-        SCOPED_TRACE(item.line);
-        size_t position = 0;
-        CString name;
-        EXPECT_EQ(ParseValueName(W(item.line), position, name), item.ok);
-        if (item.ok) {
-            EXPECT_EQ(name, W(item.name));
-            EXPECT_EQ(position, item.dataAt);
-        }
-    }
-    EXPECT_TRUE(IsDeletion(W("= - "), 1));
-    EXPECT_FALSE(IsDeletion(W("=-1"), 1));
-}
-
 TEST(RegSyntax, DataFormsAndContinuationLines)
 {
     const struct { const char* data; EData result; DWORD type; std::vector<BYTE> bytes; } cases[] = {

@@ -22,28 +22,6 @@ CSearchMatcher Matcher(const char* text, int flags = kPlain)
     return matcher;
 }
 
-TEST(SearchMatcher, DerivesNumberAndHexBytesFromTheText)
-{
-    struct SCase { const char* text; bool numberValid; DWORD number; std::vector<BYTE> hex; } const cases[] = {
-        {"16", true, 16, Bytes({0x16})},        {"0XfF", true, 255, {}},
-        {"4294967297", true, 1, Bytes({0x42, 0x94, 0x96, 0x72, 0x97})},
-        {"0x", false, 0, {}},                   {"-1", false, 0, {}},
-        {" 5", false, 0, Bytes({5})},           {"  ab\tcd ", false, 0, Bytes({0xAB, 0xCD})},
-        {"abc", false, 0, Bytes({0xAB, 0x0C})}, {"a b", false, 0, {}},
-        {"abc ", false, 0, {}},                 {"ag", false, 0, {}},
-    };
-    for (const SCase& test : cases) {
-        SCOPED_TRACE(test.text);
-        const CSearchMatcher matcher = Matcher(test.text);
-        DWORD number = 99;
-        EXPECT_EQ(matcher.GetNumber(number), test.numberValid);
-        EXPECT_EQ(number, test.number);
-        EXPECT_EQ(matcher.HexBytes(), test.hex);
-    }
-    EXPECT_EQ(Matcher("Grüße €").AnsiBytes(), Bytes({'G', 'r', 0xFC, 0xDF, 'e', ' ', 0x80}))
-        << "Windows-1252 on both builds";
-}
-
 TEST(SearchMatcher, NamesAndDataMatchByTheRuleOfTheirType)
 {
     const std::vector<BYTE> sixteen = Bytes({16, 0, 0, 0});
@@ -53,6 +31,9 @@ TEST(SearchMatcher, NamesAndDataMatchByTheRuleOfTheirType)
         {"0x10", kPlain, REG_DWORD, sixteen, true}, {"16", kWhole | kCase, REG_DWORD, sixteen, true},
         {"-1", kPlain, REG_DWORD, Bytes({0xFF, 0xFF, 0xFF, 0xFF}), false},
         {"0", kPlain, REG_DWORD, Bytes({16, 0}), true},
+        {"0XfF", kPlain, REG_DWORD, Bytes({0xFF, 0, 0, 0}), true},
+        {"4294967297", kPlain, REG_DWORD, Bytes({1, 0, 0, 0}), true},  // wraps round
+        {"0x", kPlain, REG_DWORD, Bytes({0, 0, 0, 0}), false}, {" 5", kPlain, REG_DWORD, Bytes({5, 0, 0, 0}), false},
         // Strings, as names are matched; they end at their first NUL.
         {"ÄB", kPlain, REG_SZ, Utf16Bytes(W("xäbx"), true), true},
         {"ab", kCase, REG_SZ, Utf16Bytes(W("xxABxx"), true), false},
@@ -64,8 +45,14 @@ TEST(SearchMatcher, NamesAndDataMatchByTheRuleOfTheirType)
         {"abc", kWhole, REG_MULTI_SZ, Utf16Bytes(W("x"), true) + Utf16Bytes(W("ABC"), true) + endOfList, true},
         {"abc", kWhole, REG_MULTI_SZ, Utf16Bytes(W("abcd"), true) + endOfList, false},
         {"yz", kPlain, REG_MULTI_SZ, Utf16Bytes(W("a"), true) + endOfList + Utf16Bytes(W("xyz"), false), true},
-        // Other types: hex bytes, UTF-16 at any byte offset, or ANSI text.
+        // Other types: hex bytes, UTF-16 at any byte offset, or ANSI text
+        // (Windows-1252 on both builds). Blanks may stand between bytes; a
+        // lone digit counts only as the very last character.
         {"ab cd", kPlain, REG_BINARY, Bytes({0, 0xAB, 0xCD, 1}), true},
+        {"  ab\tcd ", kPlain, REG_BINARY, Bytes({0xAB, 0xCD}), true}, {" 5", kPlain, REG_BINARY, Bytes({5}), true},
+        {"abc", kPlain, REG_BINARY, Bytes({0xAB, 0x0C}), true}, {"abc", kPlain, REG_BINARY, Bytes({0xAB, 0x0B}), false},
+        {"abc ", kPlain, REG_BINARY, Bytes({0xAB, 0x0C}), false}, {"a b", kPlain, REG_BINARY, Bytes({0x0A, 0x0B}), false},
+        {"Grüße €", kPlain, REG_BINARY, Bytes({'G', 'r', 0xFC, 0xDF, 'e', ' ', 0x80}), true},
         {"ab cd", kPlain, REG_BINARY, Bytes({7}) + Utf16Bytes(W("xAB CD"), false), true},
         {"ab cd", kPlain, REG_NONE, Bytes({'[', 'A', 'B', ' ', 'C', 'D', ']'}), true},
         {"ab cd", kCase, REG_NONE, Bytes({'[', 'A', 'B', ' ', 'C', 'D', ']'}), false},

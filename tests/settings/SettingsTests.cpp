@@ -257,9 +257,6 @@ TEST_F(FileAssociationTest, ProgramPathComesFromTheInstallationRecord)
         SetInstallDir(c.type, c.directory);
         EXPECT_EQ(ProgramPath(), W(c.path)) << c.directory;
     }
-    SetInstallDir(REG_SZ, "\\Program Files\\Quenda\\");
-    EXPECT_EQ(OpenCommandLine(), W("\"\\Program Files\\Quenda\\Quenda.exe\" \"%1\""));
-    EXPECT_EQ(DefaultIconString(122), W("\\Program Files\\Quenda\\Quenda.exe,-122"));
 }
 
 TEST_F(FileAssociationTest, InstallReplacesAnotherProgramsClassWholeAndRemoveTakesItAway)
