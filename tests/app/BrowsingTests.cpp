@@ -96,7 +96,6 @@ TEST_F(BrowsingTest, NavigationReachesKeysMadeAfterTheirParentWasLoaded)
     ASSERT_TRUE(NavigateTo(TEXT("b\\INNER")));
     EXPECT_EQ(Children(Item(TEXT(""))), "a,b,c") << "inserted in its sorted place";
     EXPECT_EQ(Tree().GetSelectedItem(), Item(TEXT("B\\inner")));
-    EXPECT_FALSE(Tree().NavigateTo(nullptr, TEXT("")));
 }
 
 TEST_F(BrowsingTest, RefreshingTheTreeKeepsExpandedBranchesAndDropsDeletedKeys)
@@ -210,7 +209,6 @@ TEST_F(ValueListTest, ARowWhoseNameCannotBeReadWholeIsNoValue)
     SendMessageW(m_list, LVM_SETITEMTEXTW, 0, reinterpret_cast<LPARAM>(&longer));
     CString name = W("sentinel");
     EXPECT_FALSE(m_window->GetSelectedValue(name));
-    EXPECT_EQ(name, W(""));
     EXPECT_EQ(SendMessageW(m_list, LVM_EDITLABELW, 0, 0), 0);
 }
 

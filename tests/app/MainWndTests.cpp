@@ -265,7 +265,6 @@ TEST_F(MainWndTest, TheLastPositionIsSavedAtExit)
 }
 
 const char kStart[] = ".\nBar\n  \"Abc\" 4: 09 00 00 00\nFoo (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo\\Sub\n";
-const char kFoo2[] = "Foo (2) (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo (2)\\Sub\n";
 const char kDeleteKey[] = "Are you sure you want to delete this key?";
 const char kOverwrite[] = "Value with this name already exists. Do you want to overwrite existing value?";
 
@@ -359,10 +358,6 @@ TEST_F(MainWndEdits, EachEditSaysWhatItShouldAndLeavesTheRegistryAsItShould)
         std::vector<std::string> messages;
         std::string dump;
     } cases[] = {
-        {"copies beside their source are numbered from 2",
-         {"key Foo", "key-copy", "key .", "paste", "selected Foo (2)", "key .", "paste", "selected Foo (3)"},
-         {},
-         std::string(kStart) + kFoo2 + "Foo (3) (cls)\n  \"Abc\" 4: 01 00 00 00\nFoo (3)\\Sub\n"},
         {"a cut key cannot go into itself or beside itself",
          {"key Foo", "key-cut", "key Foo\\Sub", "cut-key-look Foo", "paste", "key .", "paste", "key Foo", "key-copy",
           "plain-key-look Foo"},

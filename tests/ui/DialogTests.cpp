@@ -70,12 +70,10 @@ TEST(Dialog, AModalDialogIsDrivenThroughItsSoftKeys)
             RECT area = {};
             GetClientRect(owner.GetHwnd(), &area);
             MapWindowPoints(owner.GetHwnd(), nullptr, reinterpret_cast<POINT*>(&area), 2);
+            area.bottom += ScaleY(26);
             RECT bounds = {};
             GetWindowRect(window, &bounds);
-            EXPECT_EQ(bounds.left, area.left);
-            EXPECT_EQ(bounds.top, area.top);
-            EXPECT_EQ(bounds.right, area.right);
-            EXPECT_EQ(bounds.bottom, area.bottom + ScaleY(26));
+            EXPECT_TRUE(EqualRect(&bounds, &area));
             EXPECT_EQ(GetWindowLongW(window, GWL_STYLE) & (WS_BORDER | WS_CAPTION), 0);
             SetDlgItemTextW(window, IDC_BOOKMARK_LOCATION, L"HKLM\\Software");
         },
