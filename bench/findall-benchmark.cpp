@@ -1,8 +1,10 @@
 // Times "Find All" in the results window over a large generated subtree,
 // for a text that every value name holds, beside the finder's own walk
 // through the same matches without a window; and measures, from another
-// thread, the longest time the window took to answer a message meanwhile.
-//   findall-benchmark.exe SUBKEY-OF-HKCU TEXT
+// thread, the longest time the window took to answer a message meanwhile
+// and how many answers took over 100 ms. With --window-only the bare walk is
+// left out, for a second look at the window's answers on a quiet machine.
+//   findall-benchmark.exe SUBKEY-OF-HKCU TEXT [--window-only]
 
 #include <windows.h>
 
@@ -10,6 +12,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstring>
 
 #include "bench/BenchSupport_win.h"
 #include "framework/Utf8.h"
@@ -100,20 +103,33 @@ public:
 };
 
 // Sends the window a message every few milliseconds and keeps the longest
-// wait for its answer.
+// wait for its answer, and how many waits were long.
 class CProbe {
 public:
     explicit CProbe(HWND window) : m_window(window)
     {
         m_thread = CreateThread(nullptr, 0, Run, this, 0, nullptr);
     }
-    ~CProbe()
+    ~CProbe() { Stop(); }
+    void Stop()
     {
+        if (m_thread == nullptr)
+            return;
         m_stop = true;
-        WaitForSingleObject(m_thread, INFINITE);
+        // The probe may be waiting for this thread's answer meanwhile.
+        while (MsgWaitForMultipleObjects(1, &m_thread, FALSE, INFINITE, QS_SENDMESSAGE) != WAIT_OBJECT_0) {
+            MSG message;
+            PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+        }
         CloseHandle(m_thread);
+        m_thread = nullptr;
     }
-    double Longest() const { return m_longest; }
+    // "N ms (M of K answers over 100 ms)"
+    void Print(const char* when) const
+    {
+        std::printf("%.0f ms %s (%u of %u answers over 100 ms)", m_longest.load(), when, m_slow.load(),
+                    m_answers.load());
+    }
 
 private:
     static DWORD WINAPI Run(void* argument)
@@ -126,6 +142,8 @@ private:
             const double waited = Now() - from;
             if (waited > probe->m_longest)
                 probe->m_longest = waited;
+            probe->m_slow += waited > 100 ? 1 : 0;
+            ++probe->m_answers;
             Sleep(5);
         }
         return 0;
@@ -135,14 +153,17 @@ private:
     HANDLE m_thread = nullptr;
     std::atomic<bool> m_stop{false};
     std::atomic<double> m_longest{0};
+    std::atomic<unsigned> m_slow{0};
+    std::atomic<unsigned> m_answers{0};
 };
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: findall-benchmark SUBKEY-OF-HKCU TEXT\n");
+    const bool windowOnly = argc == 4 && std::strcmp(argv[3], "--window-only") == 0;
+    if (argc != 3 && !windowOnly) {
+        std::fprintf(stderr, "usage: findall-benchmark SUBKEY-OF-HKCU TEXT [--window-only]\n");
         return 2;
     }
     const CString keyPath = FromUtf8(argv[1]);
@@ -164,33 +185,34 @@ int main(int argc, char** argv)
     // The bare walk runs on a thread of its own while the window idles, with
     // the same probe: how long the machine itself makes a message wait.
     SBareWalk walk{params, start, GetCurrentThreadId()};
-    double idleLongest = 0;
-    {
-        CProbe probe(frame.GetHwnd());
+    CProbe idle(frame.GetHwnd());
+    if (!windowOnly) {
         const HANDLE thread = CreateThread(nullptr, 0, SBareWalk::Run, &walk, 0, nullptr);
         PumpUntilQuit();
         WaitForSingleObject(thread, INFINITE);
         CloseHandle(thread);
-        idleLongest = probe.Longest();
+        std::printf("finder alone (steps, no window) %8.0f ms  %u matches\n", walk.milliseconds, walk.matches);
+        std::fflush(stdout);
     }
-    std::printf("finder alone (steps, no window) %8.0f ms  %u matches\n", walk.milliseconds, walk.matches);
-    std::fflush(stdout);
+    idle.Stop();
 
-    double windowed = 0;
-    double longest = 0;
-    {
-        CProbe probe(frame.GetHwnd());
-        const double from = Now();
-        frame.m_results.StartFindAll(params, start);
-        PumpUntilQuit();
-        windowed = Now() - from;
-        longest = probe.Longest();
-    }
+    CProbe busy(frame.GetHwnd());
+    const double from = Now();
+    frame.m_results.StartFindAll(params, start);
+    PumpUntilQuit();
+    const double windowed = Now() - from;
+    busy.Stop();
     const int listed = ListView_GetItemCount(frame.m_results.GetList());
 
-    std::printf("Find All in the results window  %8.0f ms  %d items listed  (%.2f times the bare walk)\n",
-                windowed, listed, windowed / walk.milliseconds);
-    std::printf("longest wait for the window to answer a message: %.0f ms during Find All, %.0f ms while idle\n",
-                longest, idleLongest);
-    return listed == static_cast<int>(walk.matches) && walk.matches > 0 ? 0 : 1;
+    std::printf("Find All in the results window  %8.0f ms  %d items listed", windowed, listed);
+    if (!windowOnly)
+        std::printf("  (%.2f times the bare walk)", windowed / walk.milliseconds);
+    std::printf("\nlongest wait for the window to answer a message: ");
+    busy.Print("during Find All");
+    if (!windowOnly) {
+        std::printf(", ");
+        idle.Print("while idle");
+    }
+    std::printf("\n");
+    return listed > 0 && (windowOnly || listed == static_cast<int>(walk.matches)) ? 0 : 1;
 }
