@@ -103,10 +103,10 @@ public:
 };
 
 // Sends the window a message every few milliseconds and keeps the longest
-// wait for its answer, and how many waits were long.
+// wait for its answer, when it began, and how many waits were long.
 class CProbe {
 public:
-    explicit CProbe(HWND window) : m_window(window)
+    explicit CProbe(HWND window) : m_window(window), m_started(Now())
     {
         m_thread = CreateThread(nullptr, 0, Run, this, 0, nullptr);
     }
@@ -124,11 +124,11 @@ public:
         CloseHandle(m_thread);
         m_thread = nullptr;
     }
-    // "N ms (M of K answers over 100 ms)"
+    // "N ms WHEN, S s in (M of K answers over 100 ms)"
     void Print(const char* when) const
     {
-        std::printf("%.0f ms %s (%u of %u answers over 100 ms)", m_longest.load(), when, m_slow.load(),
-                    m_answers.load());
+        std::printf("%.0f ms %s, %.1f s in (%u of %u answers over 100 ms)", m_longest.load(), when,
+                    m_longestAt.load() / 1000, m_slow.load(), m_answers.load());
     }
 
 private:
@@ -140,8 +140,10 @@ private:
             DWORD_PTR answer = 0;
             SendMessageTimeoutW(probe->m_window, WM_NULL, 0, 0, SMTO_NORMAL, 10000, &answer);
             const double waited = Now() - from;
-            if (waited > probe->m_longest)
+            if (waited > probe->m_longest) {
                 probe->m_longest = waited;
+                probe->m_longestAt = from - probe->m_started;
+            }
             probe->m_slow += waited > 100 ? 1 : 0;
             ++probe->m_answers;
             Sleep(5);
@@ -150,9 +152,11 @@ private:
     }
 
     HWND m_window;
+    const double m_started;
     HANDLE m_thread = nullptr;
     std::atomic<bool> m_stop{false};
     std::atomic<double> m_longest{0};
+    std::atomic<double> m_longestAt{0};
     std::atomic<unsigned> m_slow{0};
     std::atomic<unsigned> m_answers{0};
 };
