@@ -1,9 +1,9 @@
 #include "app/AboutDlg_win.h"
 
 #include "app/VersionInfo.h"
+#include "base/CString.h"
 #include "framework/SystemInfo.h"
-#include "framework/CString.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/ShdDialog.h"
+#include "framework/ShdDialog_win.h"
 
 // The About box: the program's name and its version as the build stamped it
 // into the version resource.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The verbs of a command-line run: file names to import, each after a
 // question, or "/e <file> [<key>]" to export a key (or the whole registry),

@@ -1,8 +1,8 @@
 #include "app/KeyNameWnd_win.h"
 
 #include "framework/DpiScale.h"
-#include "framework/WinHandles.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
+#include "framework/WinHandles_win.h"
 #include "registry/KeyPath.h"
 
 bool CKeyNameWnd::Create(int x, int y, int width, int height, HWND parent, UINT id, HINSTANCE instance)

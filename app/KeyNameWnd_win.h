@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdWnd.h"
+#include "base/CString.h"
+#include "framework/ShdWnd_win.h"
 
 // The bar under the panes that names the selected key in full. A name too
 // long for the bar loses characters from its start, shown by "...", so that

@@ -2,7 +2,7 @@
 #include "app/MainWnd_win.h"
 
 #include "app/AboutDlg_win.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "regfile/FileJobs_win.h"
 #include "registry/KeyPath.h"
 #include "registry/RegistryRoots.h"

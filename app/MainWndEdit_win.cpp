@@ -3,8 +3,8 @@
 // this file asks, shows, keeps the views current and gives the focus back.
 #include "app/MainWnd_win.h"
 
-#include "framework/MessageBox.h"
-#include "framework/WaitCursor.h"
+#include "framework/MessageBox_win.h"
+#include "framework/WaitCursor_win.h"
 #include "views/ValueRows.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include "editors/EditKeyDlg_win.h"
 #include "editors/KeyPropertiesDlg_win.h"
-#include "framework/MessageBox.h"
+#include "framework/MessageBox_win.h"
 #include "registry/RegKey.h"
 #include "settings/Bookmarks.h"
 #include "settings/BookmarksDlg_win.h"

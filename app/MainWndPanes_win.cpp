@@ -2,7 +2,7 @@
 // on how the panes are made is in this file.
 #include "app/MainWnd_win.h"
 
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // box, and the find-all results window it shows over the panes.
 #include "app/MainWnd_win.h"
 
-#include "framework/MessageBox.h"
+#include "framework/MessageBox_win.h"
 #include "regfile/ProgressDlg_win.h"
 #include "search/SearchDlg_win.h"
 

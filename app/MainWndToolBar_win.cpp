@@ -3,7 +3,7 @@
 #include "app/MainWnd_win.h"
 
 #include "framework/DpiScale.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
 

@@ -2,8 +2,8 @@
 
 #include "app/CommandLineRunner.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
-#include "framework/WindowHelpers.h"
+#include "framework/MessageBox_win.h"
+#include "framework/WindowHelpers_win.h"
 #include "regfile/FileJobs_win.h"
 
 namespace {

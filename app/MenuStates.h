@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // What the main window's menu items depend on, gathered when a menu opens.
 struct SMenuContext {

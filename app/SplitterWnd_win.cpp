@@ -1,7 +1,7 @@
 #include "app/SplitterWnd_win.h"
 
 #include "framework/DpiScale.h"
-#include "framework/WinHandles.h"
+#include "framework/WinHandles_win.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "framework/ShdWnd.h"
+#include "framework/ShdWnd_win.h"
 
 // The bar between the tree and the value list. Dragging it (or, with the
 // focus, the arrow keys along its axis) tells the target window how far it

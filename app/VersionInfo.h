@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 struct SFileVersion {
     int major = 0;

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "framework/Utf8.h"
+#include "base/Utf8.h"
 #include "registry/RegKey.h"
 
 double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to)

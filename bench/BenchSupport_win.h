@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 
 // What the Windows benchmarks share: a clock, a timed run of a system
 // command (reg.exe) and a count of a subtree's keys and values.

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "framework/Utf8.h"
+#include "base/Utf8.h"
 #include "platform/PortablePlatform.h"
 #include "regfile/RegImportRun.h"
 #include "regfile/RegLineReader.h"

@@ -1,10 +1,10 @@
 #include "editors/EditKeyDlg_win.h"
 
-#include "editors/KeyCreation.h"
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
-#include "framework/ShdWnd.h"
+#include "framework/MessageBox_win.h"
+#include "framework/ShdWnd_win.h"
+#include "registry/KeyCreation.h"
 #include "registry/KeyPath.h"
 #include "resources/resource.h"
 

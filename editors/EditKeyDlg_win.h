@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdFormDialog.h"
+#include "base/CString.h"
+#include "framework/ShdFormDialog_win.h"
 
 // "Edit Key": creates a subkey, with an optional class, under a parent key.
 // The dialog stays open, with what was typed, until a key is created or the

@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "editors/EditValueLayout.h"
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
-#include "framework/ShdWnd.h"
+#include "framework/EditValueLayout.h"
+#include "framework/MessageBox_win.h"
+#include "framework/ShdWnd_win.h"
 #include "resources/resource.h"
 
 namespace {

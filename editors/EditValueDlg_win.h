@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
+#include "base/CString.h"
 #include "editors/EditValueModel.h"
 #include "editors/HexEditCtrl_win.h"
-#include "framework/CString.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/ShdFormDialog.h"
+#include "framework/ShdFormDialog_win.h"
 
 // "Edit Value" / "New Value": the one place where value data is typed in.
 // Strings, DWORDs and multi-strings get an edit box of their own; binary

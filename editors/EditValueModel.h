@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // What the value editor does apart from its window: it reads the value (or
 // makes the empty data of a new one), chooses the editor that shows it,

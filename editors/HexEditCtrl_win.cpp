@@ -6,7 +6,7 @@
 
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include "editors/HexEditModel.h"
-#include "framework/ShdWnd.h"
-#include "framework/WinHandles.h"
+#include "framework/ShdWnd_win.h"
+#include "framework/WinHandles_win.h"
 
 // A child window that shows bytes as rows of an offset, hexadecimal pairs and
 // the same bytes as characters, and edits them with the stylus and the keys.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 #include "views/ValueText.h"
 

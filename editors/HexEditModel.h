@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The pixel sizes the hex editor lays its rows out with: what the font
 // measures and the margins, already scaled to the screen.

@@ -4,7 +4,7 @@
 
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
+#include "framework/MessageBox_win.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 #include "resources/resource.h"

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdFormDialog.h"
+#include "base/CString.h"
+#include "framework/ShdFormDialog_win.h"
 
 // "Key Properties": a key's full name and its class, read-only. Ends with
 // 3 when the key cannot be opened.

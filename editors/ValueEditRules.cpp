@@ -1,6 +1,6 @@
 #include "editors/ValueEditRules.h"
 
-#include "framework/Text.h"
+#include "base/Text.h"
 
 namespace {
 

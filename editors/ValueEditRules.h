@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // How the value editor turns a value's bytes into the text it shows and the
 // typed text back into bytes, and how it reads the numbers typed in.

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // Reads the next argument of a command line from `position` (advanced past
 // it) within the first `length` characters of `text`. Arguments are

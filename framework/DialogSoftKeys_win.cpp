@@ -2,7 +2,7 @@
 
 #include "framework/HandheldShell_win.h"
 #include "framework/SystemInfo.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 
 HWND CreateDialogSoftKeys(HWND dialog, HINSTANCE instance, UINT menuId, UINT menuBarId)
 {

@@ -1,6 +1,6 @@
 #include "framework/FilePaths.h"
 
-#include "framework/Text.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // Paths of the handheld's single-rooted file system ("\" is the top) and the
 // rules of the program's file dialog. On the desktop a path may also begin

@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // A property sheet finds its C++ object again through its caption: the sheet
 // is created with a twelve-digit key as its title, and the sheet's callback

@@ -4,14 +4,14 @@
 
 #include <shlobj.h>
 
+#include "base/Text.h"
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
 #include "framework/FilePaths.h"
-#include "framework/MessageBox.h"
-#include "framework/Text.h"
-#include "framework/WaitCursor.h"
-#include "framework/WinHandles.h"
-#include "framework/WindowHelpers.h"
+#include "framework/MessageBox_win.h"
+#include "framework/WaitCursor_win.h"
+#include "framework/WindowHelpers_win.h"
+#include "framework/WinHandles_win.h"
 #include "platform/Platform.h"
 #include "registry/RegKey.h"
 #include "resources/resource.h"

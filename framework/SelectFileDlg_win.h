@@ -4,10 +4,10 @@
 
 #include <commctrl.h>
 
-#include "framework/CString.h"
-#include "framework/ObjArray.h"
-#include "framework/ShdFormDialog.h"
-#include "framework/ShdWnd.h"
+#include "base/CString.h"
+#include "base/ObjArray.h"
+#include "framework/ShdFormDialog_win.h"
+#include "framework/ShdWnd_win.h"
 
 // The entries of one folder, one at a time, without "." and "..".
 class CFilesFinder {

@@ -4,9 +4,9 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/WinHandles.h"
+#include "framework/WinHandles_win.h"
 
 // The desktop's soft-key bar, made by SHCreateMenuBar (see there). It is
 // drawn in a strip that it takes from the bottom of its window's client area

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 
 DWORD PackOsVersion(DWORD major, DWORD minor)
 {

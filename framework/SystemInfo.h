@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // The handheld's flavour and system version decide which soft-key bars the
 // program builds.

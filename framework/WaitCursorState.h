@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // What the wait cursor does to the screen, apart from the counting.
 class ICursorDevice {

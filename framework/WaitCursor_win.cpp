@@ -1,4 +1,4 @@
-#include "framework/WaitCursor.h"
+#include "framework/WaitCursor_win.h"
 
 CWaitCursor::CFuncs& CWaitCursor::CFuncs::Instance()
 {

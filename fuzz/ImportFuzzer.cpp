@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "platform/PortablePlatform.h"
 #include "regfile/RegImportRun.h"
 

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <vector>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "platform/ForwardingPlatform.h"
 
 // A platform for tests: passes calls on to another (the system's, by default)

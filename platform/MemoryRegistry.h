@@ -5,8 +5,8 @@
 #include <mutex>
 #include <vector>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // A registry held in memory with the semantics of the real one, as far as the
 // program can observe them (the conformance tests hold it to Wine's): four

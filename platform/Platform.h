@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // The one seam between the program's logic and the operating system: the
 // registry, files, ANSI text conversion, threads and events. Every call has

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/UniqueHandle.h"
+#include "base/UniqueHandle.h"
 #include "platform/Platform.h"
 
 // A handle that the platform made (a file, an event, a thread), given back

@@ -9,8 +9,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "framework/Text.h"
-#include "framework/Utf8.h"
+#include "base/Text.h"
+#include "base/Utf8.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // The four predefined roots as the 32-bit values the program stores
 // (settings, search positions), always in this order.

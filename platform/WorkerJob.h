@@ -3,8 +3,8 @@
 #include <atomic>
 #include <functional>
 
+#include "base/WinTypes.h"
 #include "platform/PlatformHandle.h"
-#include "platform/WinTypes.h"
 
 // Work that runs on a worker thread of its own, below normal priority, while
 // the starting thread shows progress and may cancel: the file jobs and the

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdFormDialog.h"
+#include "base/CString.h"
+#include "framework/ShdFormDialog_win.h"
 
 // "Export Options": the whole registry or the selected branch, the format,
 // and the file the export goes to. Full-screen, with "Done" and "Cancel".

@@ -1,8 +1,8 @@
 #include "regfile/FileJobs_win.h"
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "framework/FilePaths.h"
-#include "framework/MessageBox.h"
+#include "framework/MessageBox_win.h"
 #include "framework/SelectFileDlg_win.h"
 #include "platform/Platform.h"
 #include "regfile/ExportOptionsDlg_win.h"

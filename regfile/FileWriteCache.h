@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // A write-behind buffer in front of a file handle, so that a file written in
 // many small pieces costs few WriteFile calls. It never closes the handle.

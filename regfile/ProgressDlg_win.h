@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdDialog.h"
+#include "base/CString.h"
+#include "framework/ShdDialog_win.h"
 
 // The small "Quenda" box with one line of text and "Cancel" that keeps the
 // user interface alive while a worker runs. It starts hidden and shows

@@ -7,8 +7,8 @@
 #include "regfile/FileWriteCache.h"
 #include "regfile/RegFileWriter.h"
 #include "registry/KeyPath.h"
-#include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/RegKey.h"
 #include "registry/SortedNames.h"
 
 CRegExporter::~CRegExporter()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 #include "platform/WorkerJob.h"
 
 // A job on a .reg file that runs on a worker thread of its own, so that the

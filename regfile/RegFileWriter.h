@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 #include "regfile/FileWriteCache.h"
 
 // Writes the pieces of a .reg file in one of its two versions: 5 (UTF-16LE

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
 #include "regfile/RegLineReader.h"
 #include "regfile/RegSyntax.h"
 #include "registry/RegKey.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "regfile/RegFileJob.h"
 
 // Applies a .reg file of either version to the registry on a worker thread.

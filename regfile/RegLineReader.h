@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // Reads a .reg file line by line through one read buffer. A file that starts
 // with the UTF-16LE byte-order mark is read in 16-bit units; any other is

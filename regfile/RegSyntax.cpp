@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "registry/RegistryRoots.h"
 
 namespace regsyntax {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The grammar of one .reg line, apart from any registry or file.
 namespace regsyntax {

@@ -1,7 +1,7 @@
 #include "registry/EditOperations.h"
 
-#include "framework/BinaryBuffer.h"
-#include "framework/Text.h"
+#include "base/BinaryBuffer.h"
+#include "base/Text.h"
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 #include "registry/RegClipboard.h"
 
 // The user-level edits of keys and values: delete, rename, paste. Each one

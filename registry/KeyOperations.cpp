@@ -1,7 +1,7 @@
 #include "registry/KeyOperations.h"
 
-#include "framework/BinaryBuffer.h"
-#include "framework/Text.h"
+#include "base/BinaryBuffer.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 #include "registry/RegKey.h"
 

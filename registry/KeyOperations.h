@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The compound key operations the registry itself lacks. Roots may be the
 // predefined roots or open key handles; paths are below them, without

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // Splits a full key path ("HKLM\Software\X") at its first backslash into a
 // root (long or short name) and the subkey path below it; no backslash means

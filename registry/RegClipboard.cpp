@@ -1,6 +1,6 @@
 #include "registry/RegClipboard.h"
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "registry/KeyOperations.h"
 
 bool CRegClipboard::Put(EKind kind, HKEY root, LPCWSTR path, LPCWSTR valueName)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The program's own clipboard for one key or one value, apart from the
 // system's. It names its item by place (root, key path, value name), never

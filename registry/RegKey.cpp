@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 
 namespace {

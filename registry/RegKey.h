@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The program's only registry handle: one open key, closed (and flushed when
 // asked) by its destructor. Every operation returns false, 0 or an empty

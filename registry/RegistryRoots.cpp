@@ -1,6 +1,6 @@
 #include "registry/RegistryRoots.h"
 
-#include "framework/Text.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/WinTypes.h"
 #include "platform/RegistryRootKeys.h"
-#include "platform/WinTypes.h"
 
 // "HKEY_LOCAL_MACHINE" and so on; null for any other value.
 LPCWSTR RootLongName(HKEY root);

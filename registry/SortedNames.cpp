@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "registry/RegKey.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 
 class CShdRegKey;
 

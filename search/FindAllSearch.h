@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <mutex>
 
-#include "framework/CString.h"
-#include "framework/ObjArray.h"
+#include "base/CString.h"
+#include "base/ObjArray.h"
+#include "base/WinTypes.h"
 #include "platform/PlatformHandle.h"
-#include "platform/WinTypes.h"
 #include "search/RegFinder.h"
 #include "search/SearchParams.h"
 

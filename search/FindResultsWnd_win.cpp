@@ -2,7 +2,7 @@
 
 #include <commctrl.h>
 
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 

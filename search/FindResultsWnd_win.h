@@ -6,7 +6,7 @@
 
 #include <commctrl.h>
 
-#include "framework/ShdWnd.h"
+#include "framework/ShdWnd_win.h"
 #include "search/FindAllSearch.h"
 
 // The list of a find-all search's matches, a child of the main window that

@@ -3,7 +3,7 @@
 #include <new>
 
 #include "framework/DpiScale.h"
-#include "framework/WinHandles.h"
+#include "framework/WinHandles_win.h"
 
 namespace {
 

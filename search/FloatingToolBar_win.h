@@ -4,11 +4,11 @@
 
 #include <commctrl.h>
 
-#include "framework/CString.h"
-#include "framework/ObjArray.h"
-#include "framework/ShdWnd.h"
-#include "framework/WindowHelpers.h"
-#include "search/FloatingToolBarLayout.h"
+#include "base/CString.h"
+#include "base/ObjArray.h"
+#include "framework/FloatingToolBarLayout.h"
+#include "framework/ShdWnd_win.h"
+#include "framework/WindowHelpers_win.h"
 
 // A small owner-drawn child that floats over its parent's client area with a
 // row of image buttons. A tap on an enabled button sends the button's

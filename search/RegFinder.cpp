@@ -3,7 +3,7 @@
 #include <new>
 #include <vector>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 #include "registry/RegKey.h"
 #include "registry/SortedNames.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "framework/ObjArray.h"
-#include "platform/WinTypes.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/ObjArray.h"
+#include "base/WinTypes.h"
 #include "platform/WorkerJob.h"
 #include "search/SearchMatcher.h"
 #include "search/SearchParams.h"

@@ -2,10 +2,10 @@
 
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
-#include "framework/MessageBox.h"
-#include "framework/ShdWnd.h"
+#include "framework/MessageBox_win.h"
+#include "framework/ShdWnd_win.h"
 #include "framework/SystemInfo.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
 

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "framework/HandheldShell_win.h"
-#include "framework/ShdFormDialog.h"
+#include "framework/ShdFormDialog_win.h"
 #include "search/SearchParams.h"
 
 // "Search": the search text and what to search, full-screen, with "Start"

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 #include "search/SearchParams.h"
 
 // Decides whether a name or a value's data matches the criteria of a

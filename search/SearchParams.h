@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The criteria of a search, copied by value into the finder and kept by the
 // settings between runs. The defaults are those of a fresh installation.

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
 #include "settings/ProgramKeys.h"

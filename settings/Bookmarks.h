@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "framework/ObjArray.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/ObjArray.h"
+#include "base/WinTypes.h"
 
 // A bookmark is a key's location: the root's long name, then "\" and the
 // path when it is not empty ("HKEY_LOCAL_MACHINE\Software"; a root alone is

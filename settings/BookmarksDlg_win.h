@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdFormDialog.h"
+#include "base/CString.h"
+#include "framework/ShdFormDialog_win.h"
 #include "settings/Bookmarks.h"
 
 // "Bookmarks": the stored locations in their order, to open, add, edit and

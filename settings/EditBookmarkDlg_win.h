@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "framework/CString.h"
-#include "framework/ShdFormDialog.h"
+#include "base/CString.h"
+#include "framework/ShdFormDialog_win.h"
 
 // "Edit Bookmark": one location, typed. OK takes only a valid location
 // (IsValidBookmarkLocation); anything else is refused and stays typed.

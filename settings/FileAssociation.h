@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The association of a file extension with a program, under
 // HKEY_CLASSES_ROOT: the extension's key names a class, whose key holds the

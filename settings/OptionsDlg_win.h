@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "framework/PropertySheet.h"
+#include "framework/PropertySheet_win.h"
 
 // "General": remember the last position, show the search toolbar.
 class COptionsGeneralPage : public CShdPropertySheetPage {

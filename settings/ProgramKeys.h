@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WinTypes.h"
+#include "base/WinTypes.h"
 
 // The program's own keys under HKEY_LOCAL_MACHINE. The installation writes
 // "InstallDir" into the first; the program keeps its settings and bookmarks

@@ -1,7 +1,7 @@
 #include "settings/Settings.h"
 
-#include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/RegKey.h"
 #include "settings/ProgramKeys.h"
 
 namespace {

@@ -1,12 +1,12 @@
 #include "views/RegTree_win.h"
 
+#include "base/Text.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/Text.h"
-#include "framework/WaitCursor.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WaitCursor_win.h"
+#include "framework/WindowHelpers_win.h"
 #include "registry/KeyPath.h"
-#include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/RegKey.h"
 #include "registry/SortedNames.h"
 #include "resources/resource.h"
 

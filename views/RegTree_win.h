@@ -5,8 +5,8 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "framework/CString.h"
-#include "framework/ShdWnd.h"
+#include "base/CString.h"
+#include "framework/ShdWnd_win.h"
 #include "registry/RegKey.h"
 
 // The registry as a tree of keys below one top item, "Registry". Items are

@@ -2,10 +2,10 @@
 
 #include <vector>
 
+#include "base/Text.h"
 #include "framework/HandheldShell_win.h"
-#include "framework/Text.h"
-#include "framework/WaitCursor.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WaitCursor_win.h"
+#include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
 #include "views/RegTree_win.h"
 #include "views/ValueText.h"

@@ -3,7 +3,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "views/ValueRows.h"
 
 class CRegTree;

@@ -1,7 +1,7 @@
 #include "views/ValueRows.h"
 
-#include "framework/BinaryBuffer.h"
-#include "framework/Text.h"
+#include "base/BinaryBuffer.h"
+#include "base/Text.h"
 #include "registry/RegKey.h"
 #include "registry/SortedNames.h"
 #include "views/ValueText.h"

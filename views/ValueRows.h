@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // The value shown with the cut look: the source of cut values on the
 // program's own clipboard.

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/CommandLineRunner.h"
-#include "framework/Utf8.h"
+#include "base/Utf8.h"
 #include "registry/RegistryRoots.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"

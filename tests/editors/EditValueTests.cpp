@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "editors/EditValueLayout.h"
 #include "editors/EditValueModel.h"
 #include "editors/ValueEditRules.h"
+#include "framework/EditValueLayout.h"
 #include "tests/support/TestText.h"
 #include "views/ValueText.h"
 

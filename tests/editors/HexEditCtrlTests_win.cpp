@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "editors/HexEditCtrl_win.h"
-#include "framework/WindowHelpers.h"
+#include "framework/WindowHelpers_win.h"
 #include "tests/support/TestText.h"
-#include "tests/ui/UiTestSupport.h"
+#include "tests/ui/UiTestSupport_win.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"

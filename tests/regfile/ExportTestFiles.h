@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 
 // The files that the export tests expect, committed under data/; empty when
 // the file cannot be read.

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "platform/FaultInjectingPlatform.h"
-#include "regfile/RegImportRun.h"
 #include "regfile/RegImporter.h"
+#include "regfile/RegImportRun.h"
 #include "registry/RegKey.h"
 #include "settings/Settings.h"
 #include "tests/support/RegistryDump.h"

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <set>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/KeyOperations.h"
 #include "registry/KeyPath.h"
-#include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/RegKey.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"

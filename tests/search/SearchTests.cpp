@@ -10,12 +10,12 @@
 #include <string>
 #include <thread>
 
-#include "framework/Text.h"
-#include "framework/Utf8.h"
+#include "base/Text.h"
+#include "base/Utf8.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "platform/Platform.h"
-#include "registry/RegKey.h"
 #include "registry/RegistryRoots.h"
+#include "registry/RegKey.h"
 #include "search/FindAllSearch.h"
 #include "search/RegFinder.h"
 #include "tests/support/GatePlatform.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "framework/Utf8.h"
+#include "base/Utf8.h"
 #include "registry/KeyOperations.h"
 #include "registry/RegKey.h"
 

@@ -1,8 +1,8 @@
 #include <functional>
 
-#include "framework/Utf8.h"
-#include "registry/RegKey.h"
+#include "base/Utf8.h"
 #include "registry/RegistryRoots.h"
+#include "registry/RegKey.h"
 #include "settings/Bookmarks.h"
 #include "settings/FileAssociation.h"
 #include "settings/ProgramKeys.h"

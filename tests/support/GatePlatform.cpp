@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "framework/Text.h"
+#include "base/Text.h"
 
 namespace {
 

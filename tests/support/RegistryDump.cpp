@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "framework/Text.h"
-#include "framework/Utf8.h"
+#include "base/Text.h"
+#include "base/Utf8.h"
 #include "registry/RegKey.h"
 
 namespace {

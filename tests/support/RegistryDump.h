@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/CString.h"
-#include "platform/WinTypes.h"
+#include "base/CString.h"
+#include "base/WinTypes.h"
 
 // A key's subtree as text for tests to compare: one line per key (its path
 // relative to the dumped key, "." for the key itself, then its class in

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/CString.h"
+#include "base/CString.h"
 #include "platform/Platform.h"
 
 // A key of the tests' own under HKEY_CURRENT_USER\Software\QuendaTests,

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "framework/Utf8.h"
+#include "base/Utf8.h"
 #include "platform/Platform.h"
 
 CTestFile::CTestFile(const char* name) : m_name(name), m_path(FromUtf8(name))

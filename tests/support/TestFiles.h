@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "framework/CString.h"
+#include "base/CString.h"
 
 // A file that a test writes in its working folder (inside the build tree),
 // deleted before and after the test.

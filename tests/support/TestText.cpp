@@ -1,6 +1,6 @@
 #include "tests/support/TestText.h"
 
-#include "framework/Utf8.h"
+#include "base/Utf8.h"
 
 CString W(const char* utf8)
 {

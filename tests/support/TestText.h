@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "framework/BinaryBuffer.h"
-#include "framework/CString.h"
-#include "framework/Utf8.h"
+#include "base/BinaryBuffer.h"
+#include "base/CString.h"
+#include "base/Utf8.h"
 
 // Test literals: narrow UTF-8 text and byte lists, so that expectations read
 // the same on both builds.
