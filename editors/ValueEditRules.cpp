@@ -43,8 +43,10 @@ CString MultiStringToText(const BYTE* data, size_t size)
     }
     CString text;
     for (size_t i = 0; i < units; ++i) {
+        // A CR in the data also gets its LF, so that the edit shows it as a
+        // line break and not as a stray character.
         const WCHAR c = UnitAt(data, i);
-        if (c == 0) {
+        if (c == 0 || c == kCr) {
             text += kCr;
             text += kLf;
         } else {
