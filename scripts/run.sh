@@ -1,5 +1,7 @@
 #!/bin/bash
-# Builds Quenda.exe and runs it under Wine, in the build's own prefix.
+# Builds Quenda.exe and runs it under Wine, in a prefix of its own: the
+# tests' prefix is their registry, which they change as they run, and a user
+# should meet the program as it starts on a fresh device.
 # Without a display it runs on a virtual one and says how to look at it.
 #   run.sh [QUENDA ARGUMENTS...]
 set -euo pipefail
@@ -12,7 +14,7 @@ cd "$root"
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target Quenda
 
-quenda_wine_env "$root/build/windows/wineprefix"
+quenda_wine_env "$root/build/windows/run-wineprefix"
 if [ -z "${DISPLAY:-}" ]; then
     quenda_start_xvfb
     echo "No display here: Quenda runs on the virtual display $DISPLAY."
