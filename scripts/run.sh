@@ -28,7 +28,9 @@ stop() {
 trap stop EXIT
 # On the desktop nothing installs Quenda, so this run is its installation: it
 # records the folder of the Quenda.exe it starts, from which the options
-# associate .reg files with the program.
+# associate .reg files with the program. Wine starts its 32-bit reg.exe
+# here, which without /reg:64 writes to the 32-bit view of HKLM\SOFTWARE
+# that the 64-bit Quenda.exe never reads.
 wine reg add 'HKLM\SOFTWARE\Marrowick\Quenda' /v InstallDir /t REG_SZ \
-    /d "$(winepath -w "$root/build/windows/bin")" /f >/dev/null
+    /d "$(winepath -w "$root/build/windows/bin")" /f /reg:64 >/dev/null
 wine "$root/build/windows/bin/Quenda.exe" "$@"
