@@ -1,5 +1,6 @@
 #include "editors/EditValueModel.h"
 
+#include "base/ValueData.h"
 #include "editors/ValueEditRules.h"
 #include "registry/RegKey.h"
 #include "views/ValueText.h"
@@ -8,12 +9,6 @@ namespace {
 
 // A custom type is a 16-bit number.
 const DWORD kCustomTypeLimit = 0xFFFF;
-
-DWORD DwordFromBytes(const BYTE* data)
-{
-    return static_cast<DWORD>(data[0]) | (static_cast<DWORD>(data[1]) << 8) | (static_cast<DWORD>(data[2]) << 16) |
-           (static_cast<DWORD>(data[3]) << 24);
-}
 
 }  // namespace
 
@@ -77,7 +72,7 @@ CString CEditValueModel::GetEditorText() const
     case kEditorString:
         return StringDataText(m_data.GetData(), m_data.GetSize());
     case kEditorDword:
-        return m_data.GetSize() == sizeof(DWORD) ? DwordToText(DwordFromBytes(m_data.GetData()), m_base) : CString();
+        return m_data.GetSize() == sizeof(DWORD) ? DwordToText(DwordAt(m_data.GetData()), m_base) : CString();
     case kEditorMultiString:
         return MultiStringToText(m_data.GetData(), m_data.GetSize());
     default:
@@ -115,9 +110,8 @@ bool CEditValueModel::InputToBytes(const SInput& input, DWORD& type, CShdBinaryB
         DWORD value = 0;
         if (!ParseNumber(input.text, m_base == 16, 0, value))
             return false;
-        const BYTE little[] = {static_cast<BYTE>(value), static_cast<BYTE>(value >> 8), static_cast<BYTE>(value >> 16),
-                               static_cast<BYTE>(value >> 24)};
-        return bytes.Assign(little, sizeof(little));
+        const auto little = DwordBytes(value);
+        return bytes.Assign(little.data(), little.size());
     }
     case kEditorMultiString:
         return TextToMultiString(input.text, bytes);

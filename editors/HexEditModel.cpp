@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "base/ValueData.h"
 #include "platform/Platform.h"
 #include "views/ValueText.h"
 
@@ -403,9 +404,7 @@ bool UnicodeToBytes(const CString& text, CShdBinaryBuffer& bytes)
     if (!bytes.SetSize(text.GetLength() * 2))
         return false;
     for (size_t i = 0; i < text.GetLength(); ++i) {
-        const unsigned unit = static_cast<uint16_t>(text.GetAt(i));
-        bytes.GetData()[2 * i] = static_cast<BYTE>(unit & 0xFF);
-        bytes.GetData()[2 * i + 1] = static_cast<BYTE>(unit >> 8);
+        PutUnit(bytes.GetData(), i, text.GetAt(i));
     }
     return true;
 }

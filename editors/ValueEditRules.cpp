@@ -1,6 +1,7 @@
 #include "editors/ValueEditRules.h"
 
 #include "base/Text.h"
+#include "base/ValueData.h"
 
 namespace {
 
@@ -21,15 +22,9 @@ bool UnitsToBytes(const CString& text, bool crIsNul, CShdBinaryBuffer& bytes)
         WCHAR c = i < text.GetLength() ? text.GetAt(i) : 0;
         if (crIsNul && c == kCr)
             c = 0;
-        out[2 * i] = static_cast<BYTE>(c & 0xFF);
-        out[2 * i + 1] = static_cast<BYTE>((c >> 8) & 0xFF);
+        PutUnit(out, i, c);
     }
     return true;
-}
-
-WCHAR UnitAt(const BYTE* data, size_t index)
-{
-    return static_cast<WCHAR>(data[2 * index] | (data[2 * index + 1] << 8));
 }
 
 }  // namespace
@@ -48,8 +43,10 @@ CString MultiStringToText(const BYTE* data, size_t size)
     }
     CString text;
     for (size_t i = 0; i < units; ++i) {
+        // A CR in the data also gets its LF, so that the edit shows it as a
+        // line break and not as a stray character.
         const WCHAR c = UnitAt(data, i);
-        if (c == 0) {
+        if (c == 0 || c == kCr) {
             text += kCr;
             text += kLf;
         } else {

@@ -15,7 +15,8 @@ bool StringToBytes(LPCWSTR text, CShdBinaryBuffer& bytes);
 
 // A multi-string's members one a line, separated by CR LF. Up to two
 // trailing NULs are taken as terminators; any NUL before them separates
-// members, so empty members show as empty lines.
+// members, so empty members show as empty lines. A CR inside a member is
+// followed by an LF too, so it shows as a line break.
 CString MultiStringToText(const BYTE* data, size_t size);
 // The lines as typed (CR LF, LF CR, and lone LFs or CRs all end a line),
 // each ending with a NUL, and a NUL after the last: a text that ends with a

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <vector>
 
+#include "base/ValueData.h"
+
 namespace {
 
 // The handheld ignores access masks; the desktop refuses a query on a key
@@ -16,11 +18,6 @@ LONG OpenWithRights(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY
     if (status != ERROR_ACCESS_DENIED)
         return status;
     return ::RegOpenKeyExW(parent, subKey, options, KEY_READ, result);
-}
-
-bool IsStringType(DWORD type)
-{
-    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <climits>
 
+#include "base/ValueData.h"
 #include "platform/Platform.h"
 #include "registry/RegistryRoots.h"
 
@@ -11,12 +12,6 @@ const WCHAR kHexDigits[] = TEXT("0123456789abcdef");
 const size_t kBytesPerLine = 25;
 const LPCWSTR kLineEnd = TEXT("\r\n");
 const LPCWSTR kIndent = TEXT("      ");
-
-// The 16-bit unit at `index` of little-endian data.
-WCHAR UnitAt(const BYTE* bytes, size_t index)
-{
-    return static_cast<WCHAR>(bytes[2 * index] | (bytes[2 * index + 1] << 8));
-}
 
 // Exactly one NUL-terminated string, with no NUL inside: only such data can
 // be written between quotes and read back the same.
@@ -30,11 +25,6 @@ bool IsWellFormedString(const CShdBinaryBuffer& data)
             return false;
     }
     return true;
-}
-
-bool IsTextType(DWORD type)
-{
-    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
 }
 
 }  // namespace
@@ -125,7 +115,7 @@ bool CRegFileWriter::AppendData(DWORD type, const CShdBinaryBuffer& data)
     }
     m_line.AppendFormat(TEXT("hex(%x):"), type);
     // An ANSI file shows text as ANSI bytes, one per character.
-    if (!m_unicode && IsTextType(type))
+    if (!m_unicode && IsStringType(type))
         return AppendAnsiHexBlock(data);
     AppendHexBlock(bytes, data.GetSize());
     return true;

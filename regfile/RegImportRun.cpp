@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/Text.h"
+#include "base/ValueData.h"
 #include "platform/Platform.h"
 #include "platform/PlatformHandle.h"
 #include "regfile/RegSyntax.h"
@@ -16,11 +17,6 @@ namespace {
 
 const WCHAR kUnicodeHeader[] = TEXT("Windows Registry Editor Version 5.00");
 const WCHAR kAnsiHeader[] = TEXT("QUENDA4");
-
-bool IsTextType(DWORD type)
-{
-    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
-}
 
 }  // namespace
 
@@ -198,7 +194,7 @@ bool CRegImportRun::FinishValue()
     m_continuation = false;
     // In an ANSI file, hex data of the text types holds ANSI text, one byte
     // for each character; quoted strings were read as characters already.
-    if (!m_unicode && m_valueIsHex && IsTextType(m_valueType) && !m_valueData.IsEmpty()) {
+    if (!m_unicode && m_valueIsHex && IsStringType(m_valueType) && !m_valueData.IsEmpty()) {
         const int count = static_cast<int>(m_valueData.GetSize());
         std::vector<WCHAR> wide;
         CShdBinaryBuffer converted;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <new>
 
+#include "base/ValueData.h"
 #include "platform/Platform.h"
 
 CRegLineReader::CRegLineReader(HANDLE file, DWORD bufferSize) : m_file(file), m_bufferSize(bufferSize) {}
@@ -48,8 +49,7 @@ CRegLineReader::EResult CRegLineReader::Refill()
     const DWORD units = m_byteCount / unitSize;
     if (m_unicode) {
         for (DWORD i = 0; i < units; ++i) {
-            m_chars[i] = static_cast<WCHAR>(static_cast<unsigned char>(m_bytes[2 * i]) |
-                                            (static_cast<unsigned char>(m_bytes[2 * i + 1]) << 8));
+            m_chars[i] = UnitAt(reinterpret_cast<const BYTE*>(m_bytes.data()), i);
         }
     } else if (units > 0 &&
                Platform().MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, m_bytes.data(), static_cast<int>(units),

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "base/Text.h"
+#include "base/ValueData.h"
 #include "registry/RegistryRoots.h"
 
 namespace regsyntax {
@@ -184,9 +185,8 @@ EData ParseValueData(const CString& line, size_t position, DWORD& type, CShdBina
             value = value * 16 + static_cast<DWORD>(digit);
         }
         type = REG_DWORD;
-        const BYTE bytes[4] = {static_cast<BYTE>(value), static_cast<BYTE>(value >> 8),
-                               static_cast<BYTE>(value >> 16), static_cast<BYTE>(value >> 24)};
-        return data.Assign(bytes, sizeof(bytes)) ? EData::Complete : EData::OutOfMemory;
+        const auto bytes = DwordBytes(value);
+        return data.Assign(bytes.data(), bytes.size()) ? EData::Complete : EData::OutOfMemory;
     }
     if (StartsWithNoCase(line, position, TEXT("hex:"))) {
         hexForm = true;

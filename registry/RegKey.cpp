@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/Text.h"
+#include "base/ValueData.h"
 #include "platform/Platform.h"
 
 namespace {
@@ -21,11 +22,6 @@ bool NextCapacity(LONG status, DWORD returned, DWORD& capacity)
         return false;
     capacity = returned > capacity ? returned + 1 : std::max(capacity * 3 / 2, capacity + 1);
     return true;
-}
-
-bool IsStringType(DWORD type)
-{
-    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
 }
 
 }  // namespace
@@ -105,9 +101,8 @@ CString CShdRegKey::ReadStringOr(LPCWSTR name, LPCWSTR defaultText)
 
 bool CShdRegKey::WriteDword(LPCWSTR name, DWORD value)
 {
-    const BYTE bytes[4] = {static_cast<BYTE>(value), static_cast<BYTE>(value >> 8), static_cast<BYTE>(value >> 16),
-                           static_cast<BYTE>(value >> 24)};
-    return WriteValue(name, REG_DWORD, bytes, sizeof(bytes));
+    const auto bytes = DwordBytes(value);
+    return WriteValue(name, REG_DWORD, bytes.data(), bytes.size());
 }
 
 bool CShdRegKey::ReadDword(LPCWSTR name, DWORD& value)
@@ -119,7 +114,7 @@ bool CShdRegKey::ReadDword(LPCWSTR name, DWORD& value)
     if (m_key == nullptr || Platform().RegQueryValueExW(m_key, name, &type, bytes, &size) != ERROR_SUCCESS ||
         type != REG_DWORD || size != sizeof(bytes))
         return false;
-    value = bytes[0] | (bytes[1] << 8) | (bytes[2] << 16) | (static_cast<DWORD>(bytes[3]) << 24);
+    value = DwordAt(bytes);
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "base/Text.h"
+#include "base/ValueData.h"
 #include "platform/Platform.h"
 
 namespace {
@@ -80,11 +81,6 @@ BYTE FoldAscii(BYTE c)
     return c >= 'A' && c <= 'Z' ? static_cast<BYTE>(c + ('a' - 'A')) : c;
 }
 
-WCHAR UnitAt(const BYTE* data, size_t offset)
-{
-    return static_cast<WCHAR>(data[offset] | (data[offset + 1] << 8));
-}
-
 // UTF-16 text of `units` units from raw value data, which need not be aligned.
 CString TextFromData(const BYTE* data, size_t units)
 {
@@ -93,7 +89,7 @@ CString TextFromData(const BYTE* data, size_t units)
         return text;
     LPWSTR buffer = text.GetBuffer(units);
     for (size_t i = 0; i < units; ++i)
-        buffer[i] = UnitAt(data, i * 2);
+        buffer[i] = UnitAt(data, i);
     text.ReleaseBuffer(static_cast<int>(units));
     return text;
 }
@@ -169,8 +165,7 @@ bool CSearchMatcher::MatchData(DWORD type, const BYTE* data, size_t size) const
     case REG_DWORD: {
         if (!m_params.typeDwords || !m_numberValid)
             return false;
-        const DWORD value =
-            size < 4 ? 0 : data[0] | (data[1] << 8) | (data[2] << 16) | (static_cast<DWORD>(data[3]) << 24);
+        const DWORD value = size < 4 ? 0 : DwordAt(data);
         return value == m_number;
     }
     default:
@@ -211,7 +206,7 @@ bool CSearchMatcher::ContainsUtf16(const BYTE* data, size_t size) const
     // Occurrences at odd offsets count too: binary data has no alignment.
     for (size_t offset = 0; offset + units * 2 <= size; ++offset) {
         size_t i = 0;
-        while (i < units && ToLowerChar(UnitAt(data, offset + i * 2)) == m_utf16Lowered[i])
+        while (i < units && ToLowerChar(UnitAt(data + offset, i)) == m_utf16Lowered[i])
             ++i;
         if (i == units)
             return true;

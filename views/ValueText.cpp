@@ -1,5 +1,7 @@
 #include "views/ValueText.h"
 
+#include "base/ValueData.h"
+
 namespace {
 
 // More bytes than this would only make a row wider than any screen.
@@ -42,8 +44,7 @@ CString StringDataText(const BYTE* data, size_t size)
     CString text;
     const size_t units = size / sizeof(WCHAR);
     for (size_t i = 0; i < units; ++i) {
-        // Byte by byte: registry data need not be aligned for WCHAR.
-        const WCHAR c = static_cast<WCHAR>(data[2 * i] | (data[2 * i + 1] << 8));
+        const WCHAR c = UnitAt(data, i);
         if (c == 0)
             break;
         text += c;
@@ -77,8 +78,7 @@ CString ValueDataText(DWORD type, const BYTE* data, size_t size)
     case REG_DWORD: {
         if (size != sizeof(DWORD))
             return CString();
-        const DWORD value = static_cast<DWORD>(data[0]) | (static_cast<DWORD>(data[1]) << 8) |
-                            (static_cast<DWORD>(data[2]) << 16) | (static_cast<DWORD>(data[3]) << 24);
+        const DWORD value = DwordAt(data);
         return CString::Formatted(TEXT("%u (0x%08X)"), static_cast<unsigned>(value), static_cast<unsigned>(value));
     }
     default:

@@ -16,13 +16,16 @@
 #include "platform/FaultInjectingPlatform.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
+#include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/TestText.h"
 #include "tests/ui/FileDialogTestSupport_win.h"
 #include "tests/ui/UiTestSupport_win.h"
 
 // An interactive main window made in the test's own thread, with the
 // program's resources from the test's module, on a platform with faults to
-// inject; messages are answered with OK and recorded.
+// inject; messages are answered with OK and recorded. The program's own key
+// is put aside for the test and back afterwards, so that the settings and
+// bookmarks the window writes leave the prefix as the test found it.
 class MainWndTest : public testing::Test {
 protected:
     void Open()
@@ -108,6 +111,8 @@ protected:
         return m_window->GetSelectedValue(value) ? text + "|" + ToUtf8(value) : text;
     }
 
+    // First, so that it is restored last and on the real platform.
+    CSavedKey m_programKey{HKEY_LOCAL_MACHINE, TEXT("SOFTWARE\\Marrowick"), TEXT("SavedProgramKey")};
     CFaultInjectingPlatform m_faults;
     CScopedPlatform m_scoped{m_faults};
     std::vector<std::string> m_messages;

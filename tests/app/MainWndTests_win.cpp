@@ -172,7 +172,6 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
 // leaves the stored values as the list shows them.
 TEST_F(MainWnd, Bookmarks)
 {
-    CSavedKey saved(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
     CScratchKey scratch(L"Marks");
     const CString marks = L"HKEY_CURRENT_USER\\" + scratch.Path();
     CString lower = marks;

@@ -35,13 +35,13 @@ void SetAssociation(const std::string& state)
 }
 
 // "Options..." of a main window on the test prefix's real registry (the
-// program's key and the .reg association are put back afterwards). Each case
-// opens the sheet in one state, flips every box, may find the registry
-// changed behind it (Remove is enabled only while .reg files are ours),
-// presses a button, answers any question and leaves by a soft key.
+// .reg association is put back afterwards, as the fixture puts back the
+// program's key). Each case opens the sheet in one state, flips every box,
+// may find the registry changed behind it (Remove is enabled only while .reg
+// files are ours), presses a button, answers any question and leaves by a
+// soft key.
 TEST_F(MainWndTest, OptionsSheetShowsAndStoresTheSettingsAndKeepsTheAssociation)
 {
-    CSavedKey programKey(HKEY_LOCAL_MACHINE, TEXT("SOFTWARE\\Marrowick"), TEXT("SavedProgramKey"));
     CSavedKey extension(HKEY_CLASSES_ROOT, kRegFileExtension, TEXT("SavedExtension"));
     CSavedKey regClass(HKEY_CLASSES_ROOT, kRegFileClass, TEXT("SavedClass"));
     Open();

@@ -24,6 +24,7 @@ TEST(EditValue, StoredBytesBecomeTextAndTypedTextBecomesBytes)
         {true, Bytes({'a', 0, 0, 0, 'b', 0}), "a\r\nb", "a\nb", Bytes({'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0})},
         {true, Bytes({'a', 0, 0, 0, 0, 0, 0, 0}), "a\r\n", "a\n\r", Bytes({'a', 0, 0, 0, 0, 0, 0, 0})},
         {true, Bytes({0, 0, 'b', 0}), "\r\nb", "\rb", Bytes({0, 0, 'b', 0, 0, 0, 0, 0})},
+        {true, Bytes({'a', 0, '\r', 0, 'b', 0, 0, 0}), "a\r\nb", "a\r\nb", Bytes({'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0})},
         {true, {}, "", "", Bytes({0, 0, 0, 0})},
     };
     for (const auto& test : cases) {

@@ -79,6 +79,8 @@ TEST(CommandLine, FilesAreImportedOneByOneAfterAQuestion)
 
 TEST(CommandLine, OnlyInteractiveStartsAreKeptToOneInstance)
 {
+    // The window saves its last position as it closes.
+    CSavedKey program(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
     CQuendaProcess first;
     ASSERT_TRUE(first.Start(L""));
     const HWND window = first.WaitForWindow(kInteractiveClass);
