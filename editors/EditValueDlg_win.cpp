@@ -13,7 +13,7 @@ namespace {
 
 const UINT kHeaderId = 1099;
 // Child, visible, border, tab stop; no scroll bar of its own.
-const DWORD kHexEditStyle = 0x50810000;
+const DWORD kHexEditStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP;
 const UINT kHexEditInitialRow = 4;
 // The controls that show a value; only the one that fits the value is shown.
 const int kValueControls[] = {IDC_VALUE_STRING, IDC_VALUE_DWORD, IDC_BASE_LABEL, IDC_BASE_DECIMAL,
