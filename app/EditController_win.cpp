@@ -46,24 +46,28 @@ void CEditController::OnClipboardClearing(CRegClipboard::EKind kind)
 
 void CEditController::EditSelectedValue(bool asBinary)
 {
-    HKEY root = nullptr;
-    CString path;
-    CString name;
-    if (!m_panes.GetSelectedKey(root, path) || !m_panes.GetSelectedValue(name))
+    SValueToEdit value;
+    if (!m_panes.GetSelectedKey(value.root, value.path) || !m_panes.GetSelectedValue(value.name))
         return;
-    if (CEditValueDlg::EditValue(m_panes.GetOwner(), root, path, name, asBinary))
-        m_panes.FillValueList(false, name);
+    value.asBinary = asBinary;
+    RunValueEditor(value);
 }
 
 void CEditController::NewValue(DWORD type, bool custom)
 {
-    HKEY root = nullptr;
-    CString path;
-    if (!m_panes.GetSelectedKey(root, path))
+    SValueToEdit value;
+    if (!m_panes.GetSelectedKey(value.root, value.path))
         return;
-    CString name;
-    if (CEditValueDlg::NewValue(m_panes.GetOwner(), root, path, type, custom, name))
-        m_panes.FillValueList(false, name);
+    value.isNew = true;
+    value.type = type;
+    value.custom = custom;
+    RunValueEditor(value);
+}
+
+void CEditController::RunValueEditor(const SValueToEdit& value)
+{
+    if (const std::optional<SValueToEdit> written = RunEditValueDlg(m_panes.GetOwner(), value))
+        m_panes.FillValueList(false, written->name);
 }
 
 void CEditController::NewKey()

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "app/MainPanes_win.h"
+#include "editors/EditValueDlg_win.h"
 #include "registry/EditOperations.h"
 #include "registry/RegClipboard.h"
 
@@ -36,6 +37,8 @@ private:
     bool ConfirmOverwrite() override;
     void OnClipboardClearing(CRegClipboard::EKind kind) override;
     int ShowEditMessage(EEditMessage message);
+    // Shows the list with the value selected once the editor wrote it.
+    void RunValueEditor(const SValueToEdit& value);
     void RenameValue();
     void RenameKey();
     // Into the selected key (root, path).

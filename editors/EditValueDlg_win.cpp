@@ -34,19 +34,15 @@ CString ControlText(HWND control)
 
 }  // namespace
 
-bool CEditValueDlg::EditValue(HWND owner, HKEY root, LPCWSTR path, LPCWSTR name, bool asBinary)
+std::optional<SValueToEdit> RunEditValueDlg(HWND owner, const SValueToEdit& in)
 {
-    CEditValueDlg dialog(CEditValueModel(root, path, name, asBinary));
-    return dialog.Run(owner);
-}
-
-bool CEditValueDlg::NewValue(HWND owner, HKEY root, LPCWSTR path, DWORD type, bool custom, CString& name)
-{
-    CEditValueDlg dialog(CEditValueModel(root, path, name, type, custom));
+    CEditValueDlg dialog(in.isNew ? CEditValueModel(in.root, in.path, in.name, in.type, in.custom)
+                                  : CEditValueModel(in.root, in.path, in.name, in.asBinary));
     if (!dialog.Run(owner))
-        return false;
-    name = dialog.m_model.GetName();
-    return true;
+        return std::nullopt;
+    SValueToEdit out = in;
+    out.name = dialog.GetModel().GetName();
+    return out;
 }
 
 CEditValueDlg::CEditValueDlg(CEditValueModel model) : m_model(std::move(model)) {}
