@@ -11,8 +11,7 @@ namespace {
 
 bool IsQuestion(EEditMessage message)
 {
-    return message == EEditMessage::kConfirmDeleteValue || message == EEditMessage::kConfirmDeleteKey ||
-           message == EEditMessage::kConfirmOverwriteValue;
+    return message == EEditMessage::kConfirmDeleteValue || message == EEditMessage::kConfirmDeleteKey;
 }
 
 }  // namespace
@@ -31,9 +30,9 @@ int CEditController::ShowEditMessage(EEditMessage message)
                        IsQuestion(message) ? MB_YESNO | MB_ICONQUESTION : MB_ICONEXCLAMATION);
 }
 
-bool CEditController::ConfirmOverwrite()
+bool CEditController::ConfirmOverwrite(LPCWSTR question)
 {
-    return ShowEditMessage(EEditMessage::kConfirmOverwriteValue) == IDYES;
+    return ShowMessage(m_panes.GetOwner(), question, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
 void CEditController::OnClipboardClearing(CRegClipboard::EKind kind)

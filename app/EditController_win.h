@@ -34,7 +34,7 @@ public:
     void Paste(bool valuesOnly);
 
 private:
-    bool ConfirmOverwrite() override;
+    bool ConfirmOverwrite(LPCWSTR question) override;
     void OnClipboardClearing(CRegClipboard::EKind kind) override;
     int ShowEditMessage(EEditMessage message);
     // Shows the list with the value selected once the editor wrote it.

@@ -149,7 +149,7 @@ SValueEdit PasteRegValue(CRegClipboard& clipboard, HKEY targetRoot, LPCWSTR targ
     CShdRegKey target(true);
     if (!target.Open(targetRoot, targetPath))
         return Failed(EEditMessage::kOpenDestinationFailed);
-    if (target.ValueExists(name) && !question.ConfirmOverwrite()) {
+    if (target.ValueExists(name) && !question.ConfirmOverwrite(EditMessageText(EEditMessage::kConfirmOverwriteValue))) {
         target.Close(false);
         return SValueEdit();
     }

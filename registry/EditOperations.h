@@ -57,11 +57,11 @@ EEditMessage DeleteRegValue(CRegClipboard& clipboard, HKEY root, LPCWSTR path, L
 // letter case alone is no change: the registry would see the same name.
 SValueEdit RenameRegValue(CRegClipboard& clipboard, HKEY root, LPCWSTR path, LPCWSTR oldName, LPCWSTR newName);
 
-// The question a paste asks before it replaces a value, answered by whoever
-// drives the edit.
+// The question a paste asks before it replaces a value, in the words given,
+// answered by whoever drives the edit: true for yes.
 class IOverwriteQuestion {
 public:
-    virtual bool ConfirmOverwrite() = 0;
+    virtual bool ConfirmOverwrite(LPCWSTR question) = 0;
 
 protected:
     ~IOverwriteQuestion() = default;

@@ -138,9 +138,9 @@ public:
     std::vector<std::string> m_messages;
 
 private:
-    bool ConfirmOverwrite() override
+    bool ConfirmOverwrite(LPCWSTR question) override
     {
-        m_messages.push_back(kOverwrite);
+        m_messages.push_back(ToUtf8(CString(question)));
         return m_yes;
     }
     EEditMessage CopyKey(bool planned) { return planned ? RunKeyCopy(m_plan, m_clipboard).message : m_message; }
