@@ -281,7 +281,9 @@ TEST_F(MainWndTest, EditCommandsReachTheEditRulesAndThePanesFollow)
         return IDNO;
     });
     Open();
-    auto item = [&](const char* path) { return Tree().FindItem(HKEY_CURRENT_USER, ChildKeyPath(scratch.Path(), W(path))); };
+    auto item = [&](const char* path) {
+        return Tree().FindItem(HKEY_CURRENT_USER, ChildKeyPath(scratch.Path(), W(path)));
+    };
     const std::map<std::string, UINT> commands = {{"key-cut", IDM_KEY_CUT},     {"key-copy", IDM_KEY_COPY},
                                                   {"paste", IDM_KEY_PASTE_CONTEXT}, {"value-copy", IDM_VALUE_COPY},
                                                   {"value-paste", IDM_VALUE_PASTE}};

@@ -112,7 +112,8 @@ public:
         else if (verb == "remove")
             EXPECT_TRUE(DeleteKeyTree(root, path));
         else if (verb == "key-cut" || verb == "key-copy")
-            m_clipboard.Put(verb == "key-cut" ? CRegClipboard::kCutKey : CRegClipboard::kCopiedKey, root, m_key, nullptr);
+            m_clipboard.Put(verb == "key-cut" ? CRegClipboard::kCutKey : CRegClipboard::kCopiedKey, root, m_key,
+                            nullptr);
         else if (verb == "value-cut" || verb == "value-copy")
             m_clipboard.Put(verb == "value-cut" ? CRegClipboard::kCutValue : CRegClipboard::kCopiedValue, root, m_key,
                             m_value);
