@@ -53,3 +53,9 @@ INT_PTR CAboutDlg::DialogProc(UINT message, WPARAM wParam, LPARAM lParam)
     }
     return CShdDialog::DialogProc(message, wParam, lParam);
 }
+
+void RunAboutDlg(HWND owner, HINSTANCE instance)
+{
+    CAboutDlg about;
+    about.DoModal(instance, IDD_ABOUT, owner, 0);
+}

@@ -9,3 +9,6 @@ public:
     CAboutDlg();
     INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 };
+
+// Shows the About box of the module `instance` until it is closed.
+void RunAboutDlg(HWND owner, HINSTANCE instance);

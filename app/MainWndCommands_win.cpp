@@ -3,7 +3,6 @@
 
 #include "app/AboutDlg_win.h"
 #include "framework/WindowHelpers_win.h"
-#include "regfile/FileJobs_win.h"
 #include "registry/KeyPath.h"
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
@@ -11,11 +10,9 @@
 
 void CMainWnd::OnCommand(UINT command)
 {
-    HKEY root = nullptr;
-    CString path;
     switch (command) {
     case IDM_ABOUT:
-        ShowAbout();
+        RunAboutDlg(GetHwnd(), m_instance);
         break;
     case IDM_EXIT:
     case IDM_EXIT_KEY:
@@ -25,62 +22,54 @@ void CMainWnd::OnCommand(UINT command)
         CopyKeyName();
         break;
     case IDM_KEY_NEW:
-        NewKey();
+        m_edit.NewKey();
         break;
     case IDM_KEY_PROPERTIES:
-        ShowKeyProperties();
+        m_edit.ShowKeyProperties();
         break;
     case IDM_KEY_ADD_BOOKMARK:
-        AddToBookmarks();
+        m_settings.AddToBookmarks();
         break;
     case IDM_BOOKMARKS:
-        ShowBookmarks();
+        m_settings.ShowBookmarks();
         break;
-    case IDM_EXPORT: {
-        const HWND focus = GetFocus() == m_tree ? m_tree : m_list;
-        GetSelectedKey(root, path);
-        ExportCommand(GetHwnd(), root, path);
-        SetFocus(focus);
+    case IDM_EXPORT:
+        m_files.Export();
         break;
-    }
-    case IDM_IMPORT: {
-        // The import refreshes the views itself when it has run.
-        const HWND focus = GetFocus() == m_tree ? m_tree : m_list;
-        ImportCommand(GetHwnd());
-        SetFocus(focus);
+    case IDM_IMPORT:
+        m_files.Import();
         break;
-    }
     case IDM_VALUE_EDIT:
     case IDM_VALUE_EDIT_BINARY:
-        EditSelectedValue(command == IDM_VALUE_EDIT_BINARY);
+        m_edit.EditSelectedValue(command == IDM_VALUE_EDIT_BINARY);
         break;
     case IDM_NEW_STRING:
-        NewValue(REG_SZ, false);
+        m_edit.NewValue(REG_SZ, false);
         break;
     case IDM_NEW_EXPAND_STRING:
-        NewValue(REG_EXPAND_SZ, false);
+        m_edit.NewValue(REG_EXPAND_SZ, false);
         break;
     case IDM_NEW_DWORD:
-        NewValue(REG_DWORD, false);
+        m_edit.NewValue(REG_DWORD, false);
         break;
     case IDM_NEW_BINARY:
-        NewValue(REG_BINARY, false);
+        m_edit.NewValue(REG_BINARY, false);
         break;
     case IDM_NEW_MULTI_STRING:
-        NewValue(REG_MULTI_SZ, false);
+        m_edit.NewValue(REG_MULTI_SZ, false);
         break;
     case IDM_NEW_CUSTOM:
-        NewValue(REG_NONE, true);
+        m_edit.NewValue(REG_NONE, true);
         break;
     case IDM_VALUE_REFRESH:
-        FillValueList(true, nullptr);
+        m_panes.FillValueList(true, nullptr);
         break;
     case IDM_KEY_REFRESH:
-        RefreshTree(true);
+        m_panes.RefreshTree(true);
         break;
     case IDM_REGISTRY_REFRESH:
     case IDM_REFRESH_KEY:
-        RefreshTree(false);
+        m_panes.RefreshTree(false);
         break;
     case IDM_TAB:
     case IDM_TAB_KEY:
@@ -90,67 +79,62 @@ void CMainWnd::OnCommand(UINT command)
         MoveFocus(false);
         break;
     case IDM_VALUE_DELETE:
-        DeleteValue();
+        m_edit.DeleteValue();
         break;
     case IDM_KEY_DELETE:
-        DeleteKey();
+        m_edit.DeleteKey();
+        break;
+    case IDM_DELETE_KEY:
+        m_edit.DeleteInFocusedPane();
         break;
     case IDM_VALUE_RENAME:
-        m_values.EditSelectedLabel();
+        m_panes.Values().EditSelectedLabel();
         break;
     case IDM_KEY_RENAME:
-        m_regTree.EditSelectedLabel();
+        m_panes.Tree().EditSelectedLabel();
         break;
     case IDM_VALUE_CUT:
-        PutOnClipboard(CRegClipboard::kCutValue);
+        m_edit.PutOnClipboard(CRegClipboard::kCutValue);
         break;
     case IDM_VALUE_COPY:
-        PutOnClipboard(CRegClipboard::kCopiedValue);
+        m_edit.PutOnClipboard(CRegClipboard::kCopiedValue);
         break;
     case IDM_KEY_CUT:
-        PutOnClipboard(CRegClipboard::kCutKey);
+        m_edit.PutOnClipboard(CRegClipboard::kCutKey);
         break;
     case IDM_KEY_COPY:
-        PutOnClipboard(CRegClipboard::kCopiedKey);
+        m_edit.PutOnClipboard(CRegClipboard::kCopiedKey);
         break;
     case IDM_VALUE_PASTE:
-        Paste(true);
+        m_edit.Paste(true);
         break;
     case IDM_KEY_PASTE:
     case IDM_KEY_PASTE_CONTEXT:
-        Paste(false);
-        break;
-    case IDM_DELETE_KEY:
-        if (GetFocus() == m_tree)
-            OnCommand(IDM_KEY_DELETE);
-        else if (GetFocus() == m_list)
-            OnCommand(IDM_VALUE_DELETE);
+        m_edit.Paste(false);
         break;
     case IDM_SEARCH_START:
-        StartSearch();
+        m_search.StartSearch();
         break;
     case IDM_SEARCH_FIND_NEXT:
-        FindNext();
+        m_search.FindNext();
         break;
     case IDM_SEARCH_PAUSE:
-        PauseOrResumeSearch();
+        m_search.PauseOrResume();
         break;
     case IDM_SEARCH_STOP:
-        m_findResults.Cancel();
-        break;
-    case IDM_OPTIONS:
-        ShowOptions();
+        m_search.Stop();
         break;
     case IDM_SEARCH_SHOW_RESULTS:
     case IDM_SEARCH_SHOW_RESULTS_KEY:
-        ToggleFindResults();
+        m_search.ToggleFindResults();
         break;
     case IDM_SEARCH_TOOLBAR:
-        ToggleToolBar();
+        m_search.ToggleToolBar();
+        break;
+    case IDM_OPTIONS:
+        m_settings.ShowOptions();
         break;
     default:
-        // The editors, key operations, search, bookmarks and options take
-        // their commands here as they arrive.
         break;
     }
 }
@@ -164,13 +148,13 @@ SMenuContext CMainWnd::GetMenuContext() const
     context.rootKey = context.keySelected && path.IsEmpty();
     CString value;
     context.valueSelected = GetSelectedValue(value);
-    context.clipboardKind = m_clipboard.GetKind();
-    context.resultsVisible = m_findResults.IsShown();
-    context.searching = m_findResults.IsRunning();
-    context.searchPaused = m_findResults.IsPaused();
-    context.resultsExist = m_findResults.HasStarted();
-    context.searchUnfinished = !m_finder.IsFinished();
-    context.toolbarVisible = IsToolBarShown();
+    context.clipboardKind = m_edit.GetClipboardKind();
+    context.resultsVisible = m_search.IsResultsShown();
+    context.searching = m_search.IsRunning();
+    context.searchPaused = m_search.IsPaused();
+    context.resultsExist = m_search.HasResults();
+    context.searchUnfinished = m_search.IsFindNextUnfinished();
+    context.toolbarVisible = m_search.IsToolBarShown();
     context.toolbarAllowed = Settings().GetShowSearchToolbar();
     return context;
 }
@@ -201,31 +185,26 @@ void CMainWnd::OnInitMenuPopup(HMENU menu)
 void CMainWnd::MoveFocus(bool forward)
 {
     const HWND focus = GetFocus();
-    const HWND splitter = m_splitter.GetHwnd();
-    HWND next = m_tree;
-    if (focus == m_tree)
-        next = forward ? splitter : m_list;
+    const HWND tree = m_panes.GetTree();
+    const HWND splitter = m_panes.Splitter().GetHwnd();
+    const HWND list = m_panes.GetList();
+    HWND next = tree;
+    if (focus == tree)
+        next = forward ? splitter : list;
     else if (focus == splitter)
-        next = forward ? m_list : m_tree;
-    else if (focus == m_list)
-        next = forward ? m_tree : splitter;
+        next = forward ? list : tree;
+    else if (focus == list)
+        next = forward ? tree : splitter;
     SetFocus(next);
 }
 
 void CMainWnd::CopyKeyName()
 {
-    const HWND focus = GetFocus() == m_list ? m_list : m_tree;
+    CPaneFocus focus(m_panes);
     HKEY root = nullptr;
     CString path;
     if (GetSelectedKey(root, path))
         PutClipboardText(GetHwnd(), FullKeyName(root, path));
-    SetFocus(focus);
-}
-
-void CMainWnd::ShowAbout()
-{
-    CAboutDlg about;
-    about.DoModal(m_instance, IDD_ABOUT, GetHwnd(), 0);
 }
 
 void CMainWnd::RestorePosition()
@@ -237,7 +216,7 @@ void CMainWnd::RestorePosition()
     CString valueName;
     bool valueSelected = false;
     Settings().GetLastPosition(root, keyName, valueName, valueSelected);
-    if (root == 0 || !NavigateTo(RootKeyFromValue(root), keyName))
+    if (root == 0 || !m_panes.NavigateTo(RootKeyFromValue(root), keyName))
         return;
     if (valueSelected)
         SelectValueByName(valueName);

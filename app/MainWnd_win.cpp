@@ -49,7 +49,6 @@ CMainWnd::CMainWnd()
     m_interactiveClass.Register(kInteractiveClassName, 0, face);
     m_commandLineClass.Register(kCommandLineClassName, 0, face);
     m_activateInfo.cbSize = sizeof(m_activateInfo);
-    m_clipboard.SetObserver(this);
 }
 
 CMainWnd::~CMainWnd()
@@ -81,32 +80,18 @@ int CMainWnd::OnCreate()
     // The desktop keeps the caption (its border is part of it) so that the
     // window can be moved; only the dialog frame goes, as on the handheld.
     SetWindowLongW(GetHwnd(), GWL_EXSTYLE, GetWindowLongW(GetHwnd(), GWL_EXSTYLE) & ~WS_EX_DLGMODALFRAME);
-    if (!CreateSoftKeyBar())
+    if (!CreateSoftKeyBar() || !m_panes.Create(GetHwnd(), m_instance, kSplitterMessage))
         return -1;
-
     RECT client;
     GetClientRect(GetHwnd(), &client);
-    const int width = client.right;
-    const int height = client.bottom;
-    if (!CreateTree(0, 0, width, height / 2) || !CreateValueList(0, height / 2, width, height - height / 2))
-        return -1;
-    if (!m_splitter.Create(true, WS_CHILD | WS_VISIBLE, 0, height / 2, width, ScaleY(6), GetHwnd(), kSplitterId,
-                           m_instance))
-        return -1;
-    m_splitter.SetNotify(GetHwnd(), kSplitterMessage);
-    const int barHeight = ScaleY(17);
-    if (!m_keyName.Create(0, height - barHeight, width, barHeight, GetHwnd(), kKeyNameId, m_instance))
-        return -1;
-    m_keyName.SetKey(nullptr, L"");
-    if (!CreateFindResults(RECT{0, 0, width, height - barHeight}))
-        return -1;
-    if (!CreateToolBar())
+    const int keyNameHeight = SPaneMetrics::ForDpi(ScreenDpiY()).keyNameHeight;
+    if (!m_search.Create(m_instance, RECT{0, 0, client.right, client.bottom - keyNameHeight}))
         return -1;
 
     m_split.Reset();
     Layout(true);
-    SetFocus(m_tree);
-    FillValueList(false, nullptr);
+    SetFocus(m_panes.GetTree());
+    m_panes.FillValueList(false, nullptr);
     if (!m_commandLine)
         RestorePosition();
     return 0;
@@ -125,39 +110,39 @@ void CMainWnd::OnDestroy()
 {
     if (!m_commandLine)
         SavePosition();
-    ReleasePanes();
+    m_panes.Release();
     PostQuitMessage(0);
 }
 
 void CMainWnd::Layout(bool afterDrag)
 {
-    if (m_tree == nullptr || m_list == nullptr || m_splitter.GetHwnd() == nullptr ||
-        m_keyName.GetHwnd() == nullptr)
+    CSplitterWnd& splitterWnd = m_panes.Splitter();
+    if (m_panes.GetTree() == nullptr || m_panes.GetList() == nullptr || splitterWnd.GetHwnd() == nullptr ||
+        m_panes.KeyName().GetHwnd() == nullptr)
         return;
     RECT client;
     GetClientRect(GetHwnd(), &client);
     RECT splitter = {};
-    GetWindowRect(m_splitter.GetHwnd(), &splitter);
+    GetWindowRect(splitterWnd.GetHwnd(), &splitter);
     MapWindowPoints(nullptr, GetHwnd(), reinterpret_cast<POINT*>(&splitter), 2);
     const SPaneLayout layout = m_split.Compute(SPaneMetrics::ForDpi(ScreenDpiY()), client.right, client.bottom,
                                                afterDrag, splitter.left, splitter.top);
-    m_splitter.SetOrientation(layout.stacked);
+    splitterWnd.SetOrientation(layout.stacked);
     const auto move = [](HWND window, const SPaneRect& rect) {
         MoveWindow(window, rect.x, rect.y, rect.width, rect.height, TRUE);
     };
-    move(m_tree, layout.tree);
-    move(m_splitter.GetHwnd(), layout.splitter);
-    move(m_list, layout.list);
-    move(m_keyName.GetHwnd(), layout.keyName);
-    MoveWindow(m_findResults.GetHwnd(), 0, 0, client.right, layout.keyName.y, TRUE);
-    m_toolBar.Clamp();
+    move(m_panes.GetTree(), layout.tree);
+    move(splitterWnd.GetHwnd(), layout.splitter);
+    move(m_panes.GetList(), layout.list);
+    move(m_panes.KeyName().GetHwnd(), layout.keyName);
+    m_search.Layout(client.right, layout.keyName.y);
 }
 
 void CMainWnd::OnSplitterNotify(WPARAM code, LPARAM delta)
 {
     if (code != CSplitterWnd::kMoveEnd)
         return;
-    m_splitter.MoveBy(static_cast<SHORT>(LOWORD(delta)), static_cast<SHORT>(HIWORD(delta)));
+    m_panes.Splitter().MoveBy(static_cast<SHORT>(LOWORD(delta)), static_cast<SHORT>(HIWORD(delta)));
     Layout(true);
 }
 
@@ -180,8 +165,13 @@ LRESULT CMainWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         break;
     case WM_COPYDATA:
         return 0;
-    case WM_NOTIFY:
-        return OnNotify(reinterpret_cast<const NMHDR*>(lParam));
+    case WM_NOTIFY: {
+        CMainPanes::ERequest request = CMainPanes::kNoRequest;
+        const LRESULT result = m_panes.OnNotify(reinterpret_cast<const NMHDR*>(lParam), request);
+        if (request == CMainPanes::kEditValue)
+            m_edit.EditSelectedValue(false);
+        return result;
+    }
     case WM_COMMAND:
         OnCommand(LOWORD(wParam));
         return 0;
@@ -200,11 +190,8 @@ LRESULT CMainWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case kStartupMessage:
         OnStartup();
         return 0;
-    case kRenameMessage:
-        if (wParam == kRenameKey)
-            RenameKey();
-        else
-            RenameValue();
+    case CMainPanes::kRenameMessage:
+        m_edit.Rename(static_cast<CMainPanes::ERename>(wParam));
         return 0;
     default:
         break;

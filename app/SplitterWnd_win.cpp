@@ -116,7 +116,7 @@ LRESULT CSplitterWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_CREATE: {
         const RECT rect = RectInParent();
-        m_drag.Create(0x08000000, nullptr, L"", WS_CHILD, rect.left, rect.top, rect.right - rect.left,
+        m_drag.Create(WS_EX_NOACTIVATE, nullptr, L"", WS_CHILD, rect.left, rect.top, rect.right - rect.left,
                       rect.bottom - rect.top, GetParent(GetHwnd()), nullptr,
                       reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(GetHwnd(), GWLP_HINSTANCE)));
         return 0;

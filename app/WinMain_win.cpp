@@ -54,7 +54,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int)
             return 0;
     }
 
-    INITCOMMONCONTROLSEX controls = {8, 0x13};
+    INITCOMMONCONTROLSEX controls = {sizeof(INITCOMMONCONTROLSEX),
+                                     ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&controls);
     Settings().Load();
 

@@ -25,19 +25,14 @@ void Place(HWND dialog, UINT id, int x, int y, int width, int height)
 
 }  // namespace
 
-CEditKeyDlg::CEditKeyDlg(HKEY root, LPCWSTR parentPath, LPCWSTR name, LPCWSTR className)
-    : m_root(root), m_parentPath(parentPath), m_name(name), m_class(className)
-{
-}
-
 bool CEditKeyDlg::OnInitDialog()
 {
     const HWND window = GetHwnd();
     if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), IDR_DONE_CANCEL, IDR_DONE_CANCEL_MENUBAR) == nullptr)
         return false;
-    SetDlgItemTextW(window, IDC_PARENT_KEY, FullKeyName(m_root, m_parentPath));
-    SetDlgItemTextW(window, IDC_KEY_NAME, m_name);
-    SetDlgItemTextW(window, IDC_KEY_CLASS, m_class);
+    SetDlgItemTextW(window, IDC_PARENT_KEY, FullKeyName(m_key.root, m_key.parentPath));
+    SetDlgItemTextW(window, IDC_KEY_NAME, m_key.name);
+    SetDlgItemTextW(window, IDC_KEY_CLASS, m_key.className);
     RECT client = {};
     GetClientRect(window, &client);
     Layout(client.right, client.bottom);
@@ -48,9 +43,9 @@ bool CEditKeyDlg::OnInitDialog()
 void CEditKeyDlg::OnOk()
 {
     const HWND window = GetHwnd();
-    CShdWnd::GetWindowText(GetDlgItem(window, IDC_KEY_NAME), m_name);
-    CShdWnd::GetWindowText(GetDlgItem(window, IDC_KEY_CLASS), m_class);
-    const ECreateKeyResult result = CreateSubkey(m_root, m_parentPath, m_name, m_class);
+    CShdWnd::GetWindowText(GetDlgItem(window, IDC_KEY_NAME), m_key.name);
+    CShdWnd::GetWindowText(GetDlgItem(window, IDC_KEY_CLASS), m_key.className);
+    const ECreateKeyResult result = CreateSubkey(m_key.root, m_key.parentPath, m_key.name, m_key.className);
     if (result == ECreateKeyResult::Created) {
         EndDialog(window, kResultOk);
         return;
@@ -97,13 +92,12 @@ void CEditKeyDlg::Layout(int width, int height)
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
-bool CreateKeyDialog(HWND owner, HKEY root, LPCWSTR parentPath, CString& name, CString& className)
+std::optional<SNewKey> RunEditKeyDlg(HWND owner, const SNewKey& in)
 {
-    CEditKeyDlg dialog(root, parentPath, name, className);
+    CEditKeyDlg dialog(in);
     dialog.SetFullScreen(true);
     dialog.GetHelper().SetHeader(TEXT("Edit Key"));
-    const bool created = dialog.DoModal(GetModuleHandleW(nullptr), IDD_EDIT_KEY, owner, 0) == CShdDialog::kResultOk;
-    name = dialog.GetName();
-    className = dialog.GetClass();
-    return created;
+    if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_EDIT_KEY, owner, 0) != CShdDialog::kResultOk)
+        return std::nullopt;
+    return dialog.GetKey();
 }

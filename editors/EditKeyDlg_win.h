@@ -2,31 +2,35 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "base/CString.h"
 #include "framework/ShdFormDialog_win.h"
 
+// A new subkey: where it goes, and its name and class as typed.
+struct SNewKey {
+    HKEY root = nullptr;
+    CString parentPath;
+    CString name;
+    CString className;
+};
+
 // "Edit Key": creates a subkey, with an optional class, under a parent key.
-// The dialog stays open, with what was typed, until a key is created or the
-// user cancels.
+// The dialog stays open, with what was typed, until a key is created
+// (CreateSubkey's rules) or the user cancels.
 class CEditKeyDlg : public CShdFormDialog {
 public:
-    CEditKeyDlg(HKEY root, LPCWSTR parentPath, LPCWSTR name, LPCWSTR className);
+    explicit CEditKeyDlg(const SNewKey& key) : m_key(key) {}
 
-    const CString& GetName() const { return m_name; }
-    const CString& GetClass() const { return m_class; }
+    const SNewKey& GetKey() const { return m_key; }
 
 private:
     bool OnInitDialog() override;
     void OnOk() override;
     void Layout(int width, int height) override;
 
-    HKEY m_root;
-    CString m_parentPath;
-    CString m_name;
-    CString m_class;
+    SNewKey m_key;
 };
 
-// Runs the dialog for a new subkey of (root, parentPath). `name` and
-// `className` go in as the texts shown and come out as typed. True when the
-// key was created.
-bool CreateKeyDialog(HWND owner, HKEY root, LPCWSTR parentPath, CString& name, CString& className);
+// Shows the dialog for the key `in`; the key created, nothing on Cancel.
+std::optional<SNewKey> RunEditKeyDlg(HWND owner, const SNewKey& in);

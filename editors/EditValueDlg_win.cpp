@@ -13,7 +13,7 @@ namespace {
 
 const UINT kHeaderId = 1099;
 // Child, visible, border, tab stop; no scroll bar of its own.
-const DWORD kHexEditStyle = 0x50810000;
+const DWORD kHexEditStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP;
 const UINT kHexEditInitialRow = 4;
 // The controls that show a value; only the one that fits the value is shown.
 const int kValueControls[] = {IDC_VALUE_STRING, IDC_VALUE_DWORD, IDC_BASE_LABEL, IDC_BASE_DECIMAL,
@@ -34,19 +34,15 @@ CString ControlText(HWND control)
 
 }  // namespace
 
-bool CEditValueDlg::EditValue(HWND owner, HKEY root, LPCWSTR path, LPCWSTR name, bool asBinary)
+std::optional<SValueToEdit> RunEditValueDlg(HWND owner, const SValueToEdit& in)
 {
-    CEditValueDlg dialog(CEditValueModel(root, path, name, asBinary));
-    return dialog.Run(owner);
-}
-
-bool CEditValueDlg::NewValue(HWND owner, HKEY root, LPCWSTR path, DWORD type, bool custom, CString& name)
-{
-    CEditValueDlg dialog(CEditValueModel(root, path, name, type, custom));
+    CEditValueDlg dialog(in.isNew ? CEditValueModel(in.root, in.path, in.name, in.type, in.custom)
+                                  : CEditValueModel(in.root, in.path, in.name, in.asBinary));
     if (!dialog.Run(owner))
-        return false;
-    name = dialog.m_model.GetName();
-    return true;
+        return std::nullopt;
+    SValueToEdit out = in;
+    out.name = dialog.GetModel().GetName();
+    return out;
 }
 
 CEditValueDlg::CEditValueDlg(CEditValueModel model) : m_model(std::move(model)) {}

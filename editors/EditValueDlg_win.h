@@ -2,11 +2,28 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "base/CString.h"
 #include "editors/EditValueModel.h"
 #include "editors/HexEditCtrl_win.h"
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdFormDialog_win.h"
+
+// The value a value editor opens: an existing one of the key, or a new one
+// of `type` (of a type the user enters when `custom`) under a proposed name.
+// Back from the editor, `name` is the one the value was written under.
+struct SValueToEdit {
+    HKEY root = nullptr;
+    CString path;
+    CString name;
+    bool isNew = false;
+    // For an existing value: the hex editor whatever its type.
+    bool asBinary = false;
+    // For a new value.
+    DWORD type = 0;
+    bool custom = false;
+};
 
 // "Edit Value" / "New Value": the one place where value data is typed in.
 // Strings, DWORDs and multi-strings get an edit box of their own; binary
@@ -15,18 +32,13 @@
 // anything typed stays in the dialog when it did not.
 class CEditValueDlg : public CShdFormDialog {
 public:
-    // Edits the value `name` of the key; true when OK wrote it.
-    static bool EditValue(HWND owner, HKEY root, LPCWSTR path, LPCWSTR name, bool asBinary);
-    // Creates a value of `type`, or of a type the user enters when `custom`.
-    // `name` goes in as the proposed name and comes out as the one entered.
-    // True when OK wrote it.
-    static bool NewValue(HWND owner, HKEY root, LPCWSTR path, DWORD type, bool custom, CString& name);
-
     explicit CEditValueDlg(CEditValueModel model);
 
-private:
-    // The end of DoModal for both kinds of use.
+    // True when OK wrote the value.
     bool Run(HWND owner);
+    const CEditValueModel& GetModel() const { return m_model; }
+
+private:
     bool OnInitDialog() override;
     void ShowEditor();
     void OnOk() override;
@@ -45,3 +57,7 @@ private:
     CHexEditCtrl m_hexEdit;
     SHACTIVATEINFO m_activateInfo = {};
 };
+
+// Shows the editor for the value `in`; the value as written on OK, nothing
+// on Cancel.
+std::optional<SValueToEdit> RunEditValueDlg(HWND owner, const SValueToEdit& in);

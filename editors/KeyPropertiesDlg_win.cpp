@@ -53,7 +53,9 @@ bool CKeyPropertiesDlg::OnInitDialog()
     }
     key.GetClass(className);
     key.Close(true);
-    if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), IDR_CLOSE, IDR_CLOSE_MENUBAR) == nullptr)
+    // Nothing here is typed, so the Back key keeps its usual meaning.
+    if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), IDR_CLOSE, IDR_CLOSE_MENUBAR,
+                             EBackKey::kShellDefault) == nullptr)
         return false;
     SetDlgItemTextW(window, IDC_KEY_NAME, FullKeyName(m_root, m_path));
     SetDlgItemTextW(window, IDC_KEY_CLASS, className);

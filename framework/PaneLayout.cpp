@@ -1,15 +1,16 @@
 #include "framework/PaneLayout.h"
 
+#include <initializer_list>
+
 #include "framework/DpiScale.h"
 
 SPaneMetrics SPaneMetrics::ForDpi(int dpiY)
 {
+    // The members' own values are the 96-dpi designs.
     SPaneMetrics metrics;
-    metrics.stackThreshold = ScaleByDpi(180, dpiY);
-    metrics.minPaneHeight = ScaleByDpi(50, dpiY);
-    metrics.minPaneWidth = ScaleByDpi(100, dpiY);
-    metrics.keyNameHeight = ScaleByDpi(17, dpiY);
-    metrics.splitterThickness = ScaleByDpi(6, dpiY);
+    for (int* length : {&metrics.stackThreshold, &metrics.minPaneHeight, &metrics.minPaneWidth,
+                        &metrics.keyNameHeight, &metrics.splitterThickness})
+        *length = ScaleByDpi(*length, dpiY);
     return metrics;
 }
 

@@ -12,7 +12,8 @@ struct SPaneRect {
     int height = 0;
 };
 
-// The lengths of the layout in pixels, scaled from their 96-dpi designs.
+// The lengths of the layout: as declared, their 96-dpi designs; ForDpi gives
+// them in pixels at a resolution.
 struct SPaneMetrics {
     // A client area at least this high stacks the panes.
     int stackThreshold = 180;

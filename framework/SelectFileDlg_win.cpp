@@ -13,7 +13,6 @@
 #include "framework/WindowHelpers_win.h"
 #include "framework/WinHandles_win.h"
 #include "platform/Platform.h"
-#include "registry/RegKey.h"
 #include "resources/resource.h"
 
 namespace {
@@ -142,7 +141,10 @@ LRESULT CSelectFileDlg::CFilesListCtrl::WindowProc(UINT message, WPARAM wParam, 
 
 bool CSelectFileDlg::DoModal(HWND owner, CString& path)
 {
-    m_path = ExpandSpecialFolder(path, ResolveSpecialFolder);
+    m_path = ExpandSpecialFolder(path, [this](int index) {
+        const bool programFiles = CString(SpecialFolderToken(index)) == TEXT("%ProgramFiles%") && m_programFiles;
+        return ResolveSpecialFolder(index, programFiles ? m_programFiles() : CString());
+    });
     SetFullScreen(true);
     GetHelper().SetHeader(TEXT("Select File"), kHeaderId);
     if (CShdDialog::DoModal(GetModuleHandleW(nullptr), IDD_SELECT_FILE, owner, 0) != kResultOk)
@@ -438,17 +440,23 @@ void CSelectFileDlg::FitColumn()
     SendMessageW(list, LVM_SETCOLUMNWIDTH, 0, std::max(0, width));
 }
 
-CString ResolveSpecialFolder(int index)
+std::optional<SFileChoice> RunSelectFileDlg(HWND owner, const SFileChoice& in)
+{
+    CSelectFileDlg dialog(in.programFiles);
+    SFileChoice out = in;
+    if (!dialog.DoModal(owner, out.path))
+        return std::nullopt;
+    return out;
+}
+
+CString ResolveSpecialFolder(int index, const CString& programFiles)
 {
     const CString token = SpecialFolderToken(index);
     if (token == TEXT("%StartUp%"))
         return ShellFolder(CSIDL_STARTUP);
     if (token == TEXT("%ProgramFiles%")) {
-        CShdRegKey key;
-        CString topDir;
-        if (key.Open(HKEY_LOCAL_MACHINE, TEXT("PMail\\Attachments")) && key.ReadString(TEXT("TopDir"), topDir) &&
-            !topDir.IsEmpty())
-            return topDir;
+        if (!programFiles.IsEmpty())
+            return programFiles;
         return FolderOr(TEXT("\\Program Files"), ShellFolder(CSIDL_PROGRAM_FILES));
     }
     if (token == TEXT("%Windows%")) {

@@ -4,6 +4,9 @@
 
 #include <commctrl.h>
 
+#include <functional>
+#include <optional>
+
 #include "base/CString.h"
 #include "base/ObjArray.h"
 #include "framework/ShdFormDialog_win.h"
@@ -59,6 +62,13 @@ public:
         LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     };
 
+    // `programFiles` gives the folder that "%ProgramFiles%" names when the
+    // device's settings name one (empty: the usual one); asked only when the
+    // initial path begins with that name.
+    explicit CSelectFileDlg(std::function<CString()> programFiles = nullptr) : m_programFiles(std::move(programFiles))
+    {
+    }
+
     // `path` is the initial file or folder (special folder names such as
     // "%Temp%" at its start are expanded); on true it holds the chosen full
     // path. False on Cancel.
@@ -82,6 +92,7 @@ private:
     int FindRow(LPCWSTR name) const;
     HWND Control(int id) const { return GetDlgItem(GetHwnd(), id); }
 
+    std::function<CString()> m_programFiles;
     CString m_path;
     CString m_folder;
     CString m_initialName;
@@ -89,7 +100,19 @@ private:
     CFilesListCtrl m_list;
 };
 
+// What the file dialog starts from: the initial file or folder, then the
+// chosen full path; and what gives the folder that "%ProgramFiles%" names
+// when the device's settings name one (as for CSelectFileDlg).
+struct SFileChoice {
+    CString path;
+    std::function<CString()> programFiles;
+};
+
+// Shows the dialog; the choice with the chosen path, nothing on Cancel.
+std::optional<SFileChoice> RunSelectFileDlg(HWND owner, const SFileChoice& in);
+
 // The folder that a special folder name stands for, as the dialog expands
-// them: the handheld's folder, or the desktop's equivalent where the
-// handheld's does not exist. Empty for an index out of the table.
-CString ResolveSpecialFolder(int index);
+// them: `programFiles` when it is not empty, for "%ProgramFiles%"; else the
+// handheld's folder, or the desktop's equivalent where the handheld's does
+// not exist. Empty for an index out of the table.
+CString ResolveSpecialFolder(int index, const CString& programFiles);

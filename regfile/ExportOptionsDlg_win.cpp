@@ -14,20 +14,15 @@ const UINT kHeaderId = 1099;
 
 }  // namespace
 
-CExportOptionsDlg::CExportOptionsDlg(LPCWSTR file, bool selectedBranchOnly, bool unicode)
-    : CShdFormDialog(true), m_file(file), m_selectedBranchOnly(selectedBranchOnly), m_unicode(unicode)
-{
-}
-
 bool CExportOptionsDlg::OnInitDialog()
 {
     const HWND window = GetHwnd();
     if (CreateDialogSoftKeys(window, GetModuleHandleW(nullptr), IDR_DONE_CANCEL, IDR_DONE_CANCEL_MENUBAR) == nullptr)
         return false;
-    SetDlgItemTextW(window, IDC_EXPORT_FILE, m_file);
+    SetDlgItemTextW(window, IDC_EXPORT_FILE, m_options.file);
     CheckRadioButton(window, IDC_EXPORT_ENTIRE, IDC_EXPORT_BRANCH,
-                     m_selectedBranchOnly ? IDC_EXPORT_BRANCH : IDC_EXPORT_ENTIRE);
-    CheckDlgButton(window, IDC_EXPORT_UNICODE, m_unicode ? BST_CHECKED : BST_UNCHECKED);
+                     m_options.selectedBranchOnly ? IDC_EXPORT_BRANCH : IDC_EXPORT_ENTIRE);
+    CheckDlgButton(window, IDC_EXPORT_UNICODE, m_options.unicode ? BST_CHECKED : BST_UNCHECKED);
     RECT client = {};
     GetClientRect(window, &client);
     Layout(client.right, client.bottom);
@@ -36,8 +31,8 @@ bool CExportOptionsDlg::OnInitDialog()
 
 void CExportOptionsDlg::OnOk()
 {
-    m_selectedBranchOnly = IsDlgButtonChecked(GetHwnd(), IDC_EXPORT_BRANCH) == BST_CHECKED;
-    m_unicode = IsDlgButtonChecked(GetHwnd(), IDC_EXPORT_UNICODE) == BST_CHECKED;
+    m_options.selectedBranchOnly = IsDlgButtonChecked(GetHwnd(), IDC_EXPORT_BRANCH) == BST_CHECKED;
+    m_options.unicode = IsDlgButtonChecked(GetHwnd(), IDC_EXPORT_UNICODE) == BST_CHECKED;
     EndDialog(GetHwnd(), kResultOk);
 }
 
@@ -63,14 +58,12 @@ void CExportOptionsDlg::Layout(int width, int height)
     }
 }
 
-bool ExportOptions(HWND owner, LPCWSTR file, bool& selectedBranchOnly, bool& unicode)
+std::optional<SExportOptions> RunExportOptionsDlg(HWND owner, const SExportOptions& in)
 {
-    CExportOptionsDlg dialog(file, selectedBranchOnly, unicode);
+    CExportOptionsDlg dialog(in);
     dialog.SetFullScreen(true);
     dialog.GetHelper().SetHeader(TEXT("Export Options"), kHeaderId);
     if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_EXPORT_OPTIONS, owner, 0) != CShdDialog::kResultOk)
-        return false;
-    selectedBranchOnly = dialog.SelectedBranchOnly();
-    unicode = dialog.Unicode();
-    return true;
+        return std::nullopt;
+    return dialog.GetOptions();
 }

@@ -2,28 +2,34 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "base/CString.h"
 #include "framework/ShdFormDialog_win.h"
+
+// What an export is asked to do: the file it goes to (shown only), the
+// selected branch or the whole registry, and the format.
+struct SExportOptions {
+    CString file;
+    bool selectedBranchOnly = true;
+    bool unicode = true;
+};
 
 // "Export Options": the whole registry or the selected branch, the format,
 // and the file the export goes to. Full-screen, with "Done" and "Cancel".
 class CExportOptionsDlg : public CShdFormDialog {
 public:
-    CExportOptionsDlg(LPCWSTR file, bool selectedBranchOnly, bool unicode);
+    explicit CExportOptionsDlg(const SExportOptions& options) : CShdFormDialog(true), m_options(options) {}
 
-    bool SelectedBranchOnly() const { return m_selectedBranchOnly; }
-    bool Unicode() const { return m_unicode; }
+    const SExportOptions& GetOptions() const { return m_options; }
 
 private:
     bool OnInitDialog() override;
     void OnOk() override;
     void Layout(int width, int height) override;
 
-    CString m_file;
-    bool m_selectedBranchOnly;
-    bool m_unicode;
+    SExportOptions m_options;
 };
 
-// Asks the options of an export to `file`; both flags go in as the preset and
-// come out as chosen. True on OK.
-bool ExportOptions(HWND owner, LPCWSTR file, bool& selectedBranchOnly, bool& unicode);
+// Shows the options `in`; the options chosen on OK, nothing on Cancel.
+std::optional<SExportOptions> RunExportOptionsDlg(HWND owner, const SExportOptions& in);

@@ -9,6 +9,7 @@
 #include "regfile/ProgressDlg_win.h"
 #include "regfile/RegExporter.h"
 #include "regfile/RegImporter.h"
+#include "registry/RegKey.h"
 #include "resources/resource.h"
 
 namespace {
@@ -39,9 +40,20 @@ bool ChooseFile(HWND owner, CString& path)
         CString name;
         SplitPath(LastFilePath(), path, name);
     }
-    CSelectFileDlg dialog;
-    if (!dialog.DoModal(owner, path))
+    SFileChoice choice;
+    choice.path = path;
+    // The device may keep its programs elsewhere than "\Program Files".
+    choice.programFiles = [] {
+        CShdRegKey key;
+        CString topDir;
+        if (key.Open(HKEY_LOCAL_MACHINE, TEXT("PMail\\Attachments")))
+            key.ReadString(TEXT("TopDir"), topDir);
+        return topDir;
+    };
+    const std::optional<SFileChoice> chosen = RunSelectFileDlg(owner, choice);
+    if (!chosen)
         return false;
+    path = chosen->path;
     LastFilePath() = path;
     return true;
 }
@@ -68,12 +80,13 @@ void ExportCommand(HWND owner, HKEY selectedRoot, LPCWSTR selectedPath)
         ShowMessage(owner, TEXT("File with that name already exists. Do you want to overwrite it?"), kQuestion) !=
             IDYES)
         return;
-    bool selectedBranchOnly = true;
-    bool unicode = true;
-    if (!ExportOptions(owner, file, selectedBranchOnly, unicode))
+    SExportOptions preset;
+    preset.file = file;
+    const std::optional<SExportOptions> options = RunExportOptionsDlg(owner, preset);
+    if (!options)
         return;
-    const bool wholeRegistry = !selectedBranchOnly || selectedRoot == nullptr;
-    RunExportJob(owner, file, unicode, wholeRegistry ? nullptr : selectedRoot,
+    const bool wholeRegistry = !options->selectedBranchOnly || selectedRoot == nullptr;
+    RunExportJob(owner, file, options->unicode, wholeRegistry ? nullptr : selectedRoot,
                  wholeRegistry || selectedPath == nullptr ? TEXT("") : selectedPath, false);
 }
 

@@ -120,7 +120,7 @@ SValueEdit RenameRegValue(CRegClipboard& clipboard, HKEY root, LPCWSTR path, LPC
 }
 
 SValueEdit PasteRegValue(CRegClipboard& clipboard, HKEY targetRoot, LPCWSTR targetPath,
-                         const std::function<bool()>& confirmOverwrite)
+                         IOverwriteQuestion& question)
 {
     if (!clipboard.HoldsValue())
         return SValueEdit();
@@ -149,7 +149,7 @@ SValueEdit PasteRegValue(CRegClipboard& clipboard, HKEY targetRoot, LPCWSTR targ
     CShdRegKey target(true);
     if (!target.Open(targetRoot, targetPath))
         return Failed(EEditMessage::kOpenDestinationFailed);
-    if (target.ValueExists(name) && !confirmOverwrite()) {
+    if (target.ValueExists(name) && !question.ConfirmOverwrite(EditMessageText(EEditMessage::kConfirmOverwriteValue))) {
         target.Close(false);
         return SValueEdit();
     }
@@ -219,11 +219,6 @@ bool PlanKeyPaste(const CRegClipboard& clipboard, HKEY targetRoot, LPCWSTR targe
     const CString leaf = slash < 0 ? source : source.Mid(static_cast<size_t>(slash) + 1);
     if (leaf.IsEmpty())
         return false;
-    // A source gone since it was cut or copied leaves nothing to copy.
-    if (!KeyExists(clipboard.GetRoot(), source)) {
-        message = EEditMessage::kOpenSourceFailed;
-        return false;
-    }
     plan.sourceRoot = clipboard.GetRoot();
     plan.sourcePath = source;
     plan.targetRoot = targetRoot;

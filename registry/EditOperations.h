@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "base/CString.h"
 #include "base/WinTypes.h"
 #include "registry/RegClipboard.h"
@@ -59,11 +57,21 @@ EEditMessage DeleteRegValue(CRegClipboard& clipboard, HKEY root, LPCWSTR path, L
 // letter case alone is no change: the registry would see the same name.
 SValueEdit RenameRegValue(CRegClipboard& clipboard, HKEY root, LPCWSTR path, LPCWSTR oldName, LPCWSTR newName);
 
+// The question a paste asks before it replaces a value, in the words given,
+// answered by whoever drives the edit: true for yes.
+class IOverwriteQuestion {
+public:
+    virtual bool ConfirmOverwrite(LPCWSTR question) = 0;
+
+protected:
+    ~IOverwriteQuestion() = default;
+};
+
 // Pastes the clipboard's value into the target key; a copy into its own key
-// takes a unique name. `confirmOverwrite` is asked before a value of the same
-// name is replaced.
+// takes a unique name. `question` is asked before a value of the same name
+// is replaced.
 SValueEdit PasteRegValue(CRegClipboard& clipboard, HKEY targetRoot, LPCWSTR targetPath,
-                         const std::function<bool()>& confirmOverwrite);
+                         IOverwriteQuestion& question);
 
 // Deletes a key (never a root key) with its subtree: kNone or
 // kDeleteKeyFailed.
@@ -96,7 +104,8 @@ struct SKeyCopyResult {
 bool PlanKeyRename(CRegClipboard& clipboard, HKEY root, LPCWSTR parentPath, LPCWSTR oldName, LPCWSTR newName,
                    SKeyCopy& plan, EEditMessage& message);
 // The clipboard's key into the target key; a copy into the key's own parent
-// takes a unique name.
+// takes a unique name. A source gone since it was cut or copied is not
+// looked for here: its copy fails like any other.
 bool PlanKeyPaste(const CRegClipboard& clipboard, HKEY targetRoot, LPCWSTR targetPath, SKeyCopy& plan,
                   EEditMessage& message);
 // Copies; a failed copy is removed again, since keys are never merged. A move

@@ -19,7 +19,7 @@ bool CRegClipboard::Put(EKind kind, HKEY root, LPCWSTR path, LPCWSTR valueName)
 void CRegClipboard::Clear()
 {
     if (m_kind != kEmpty && m_observer != nullptr)
-        m_observer->OnClipboardClearing(*this);
+        m_observer->OnClipboardClearing(m_kind);
     m_kind = kEmpty;
     m_root = nullptr;
     m_path.Empty();

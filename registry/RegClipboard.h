@@ -10,11 +10,11 @@ class CRegClipboard {
 public:
     enum EKind { kEmpty = 0, kCutValue = 1, kCopiedValue = 2, kCutKey = 3, kCopiedKey = 4 };
 
-    // Told just before the clipboard empties, while it still names its item,
+    // Told just before the clipboard empties, with the kind of item it held,
     // so that the views can take the cut look off it.
     class IObserver {
     public:
-        virtual void OnClipboardClearing(const CRegClipboard& clipboard) = 0;
+        virtual void OnClipboardClearing(EKind kind) = 0;
 
     protected:
         ~IObserver() = default;

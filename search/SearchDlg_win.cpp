@@ -7,7 +7,6 @@
 #include "framework/SystemInfo.h"
 #include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
-#include "settings/Settings.h"
 
 namespace {
 
@@ -129,16 +128,15 @@ void CSearchDlg::Layout(int width, int)
         stretch(id, false);
 }
 
-bool RunSearchDialog(HWND parent, SSearchParams& params, bool& findAll)
+std::optional<SSearchRequest> RunSearchDlg(HWND owner, const SSearchParams& in)
 {
-    CSearchDlg dialog(Settings().GetSearchParams());
+    CSearchDlg dialog(in);
     dialog.SetFullScreen(true);
     dialog.GetHelper().SetHeader(TEXT("Search"), kHeaderId);
-    if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_SEARCH, parent, 0) != CShdDialog::kResultOk)
-        return false;
-    Settings().SetSearchParams(dialog.Params());
-    Settings().Flush();
-    params = dialog.Params();
-    findAll = dialog.FindAll();
-    return true;
+    if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_SEARCH, owner, 0) != CShdDialog::kResultOk)
+        return std::nullopt;
+    SSearchRequest request;
+    request.params = dialog.Params();
+    request.findAll = dialog.FindAll();
+    return request;
 }

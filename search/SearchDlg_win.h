@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "framework/HandheldShell_win.h"
 #include "framework/ShdFormDialog_win.h"
 #include "search/SearchParams.h"
@@ -30,7 +32,12 @@ private:
     SHACTIVATEINFO m_activateInfo = {};
 };
 
-// Shows the dialog with the saved criteria. On "Start" or "Find All" the
-// criteria are saved and handed out with the choice; false on Cancel,
-// leaving everything as it was.
-bool RunSearchDialog(HWND parent, SSearchParams& params, bool& findAll);
+// What the user chose: the criteria, and "Find All" rather than "Start".
+struct SSearchRequest {
+    SSearchParams params;
+    bool findAll = false;
+};
+
+// Shows the dialog with the criteria `in`; the criteria typed, with the
+// choice, on "Start" or "Find All", nothing on Cancel.
+std::optional<SSearchRequest> RunSearchDlg(HWND owner, const SSearchParams& in);

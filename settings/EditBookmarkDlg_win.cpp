@@ -51,13 +51,12 @@ void CEditBookmarkDlg::Layout(int width, int)
                  bounds.bottom - bounds.top, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-bool EditBookmarkDialog(HWND owner, CString& location)
+std::optional<CString> RunEditBookmarkDlg(HWND owner, const CString& in)
 {
-    CEditBookmarkDlg dialog(location);
+    CEditBookmarkDlg dialog(in);
     dialog.SetFullScreen(true);
     dialog.GetHelper().SetHeader(TEXT("Edit Bookmark"));
     if (dialog.DoModal(GetModuleHandleW(nullptr), IDD_EDIT_BOOKMARK, owner, 0) != CShdDialog::kResultOk)
-        return false;
-    location = dialog.GetLocation();
-    return true;
+        return std::nullopt;
+    return dialog.GetLocation();
 }

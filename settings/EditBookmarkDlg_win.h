@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "base/CString.h"
 #include "framework/ShdFormDialog_win.h"
 
@@ -21,5 +23,6 @@ private:
     CString m_location;
 };
 
-// Runs the dialog with `location` shown; on OK (true) it holds the text typed.
-bool EditBookmarkDialog(HWND owner, CString& location);
+// Shows the dialog with the location `in`; the location typed on OK, nothing
+// on Cancel.
+std::optional<CString> RunEditBookmarkDlg(HWND owner, const CString& in);

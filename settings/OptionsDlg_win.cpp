@@ -7,7 +7,6 @@
 #include "framework/MessageBox_win.h"
 #include "resources/resource.h"
 #include "settings/FileAssociation.h"
-#include "settings/Settings.h"
 
 namespace {
 
@@ -47,8 +46,8 @@ INT_PTR COptionsGeneralPage::DialogProc(UINT message, WPARAM, LPARAM lParam)
 {
     switch (message) {
     case WM_INITDIALOG:
-        SetCheck(GetHwnd(), IDC_SAVE_POSITION, Settings().GetSavePosition());
-        SetCheck(GetHwnd(), IDC_SHOW_SEARCH_TOOLBAR, Settings().GetShowSearchToolbar());
+        SetCheck(GetHwnd(), IDC_SAVE_POSITION, m_options.savePosition);
+        SetCheck(GetHwnd(), IDC_SHOW_SEARCH_TOOLBAR, m_options.showSearchToolbar);
         return TRUE;
     case WM_SIZE:
         StretchToMargins(GetHwnd(), IDC_SAVE_POSITION, LOWORD(lParam));
@@ -61,8 +60,8 @@ INT_PTR COptionsGeneralPage::DialogProc(UINT message, WPARAM, LPARAM lParam)
 
 bool COptionsGeneralPage::OnApply()
 {
-    Settings().SetSavePosition(IsChecked(GetHwnd(), IDC_SAVE_POSITION));
-    Settings().SetShowSearchToolbar(IsChecked(GetHwnd(), IDC_SHOW_SEARCH_TOOLBAR));
+    m_options.savePosition = IsChecked(GetHwnd(), IDC_SAVE_POSITION);
+    m_options.showSearchToolbar = IsChecked(GetHwnd(), IDC_SHOW_SEARCH_TOOLBAR);
     return true;
 }
 
@@ -70,7 +69,7 @@ INT_PTR COptionsImportPage::DialogProc(UINT message, WPARAM wParam, LPARAM lPara
 {
     switch (message) {
     case WM_INITDIALOG:
-        SetCheck(GetHwnd(), IDC_IMPORT_NO_HEADER_CHECK, Settings().GetDoNotCheckImportHeader());
+        SetCheck(GetHwnd(), IDC_IMPORT_NO_HEADER_CHECK, m_options.doNotCheckImportHeader);
         EnableButtons();
         return TRUE;
     case WM_SIZE:
@@ -93,7 +92,7 @@ INT_PTR COptionsImportPage::DialogProc(UINT message, WPARAM wParam, LPARAM lPara
 
 bool COptionsImportPage::OnApply()
 {
-    Settings().SetDoNotCheckImportHeader(IsChecked(GetHwnd(), IDC_IMPORT_NO_HEADER_CHECK));
+    m_options.doNotCheckImportHeader = IsChecked(GetHwnd(), IDC_IMPORT_NO_HEADER_CHECK);
     return true;
 }
 
@@ -153,11 +152,7 @@ bool COptionsDlg::Run(HWND parent)
         !m_import.Init(instance, IDD_OPTIONS_IMPORT, TEXT("Import")) || !Init(instance, TEXT("Options"), 0) ||
         AddPage(&m_general) < 0 || AddPage(&m_import) < 0)
         return false;
-    if (!DoModal(parent))
-        return false;
-    Settings().SaveOptions();
-    Settings().Flush();
-    return true;
+    return DoModal(parent);
 }
 
 LRESULT COptionsDlg::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
@@ -174,4 +169,12 @@ LRESULT COptionsDlg::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         }
     }
     return CShdPropertySheet::WindowProc(message, wParam, lParam);
+}
+
+std::optional<SOptions> RunOptionsDlg(HWND owner, const SOptions& in)
+{
+    COptionsDlg sheet(in);
+    if (!sheet.Run(owner))
+        return std::nullopt;
+    return sheet.GetOptions();
 }

@@ -6,6 +6,14 @@
 
 class CShdRegKey;
 
+// The three options of the "Options" sheet. The defaults are those of a
+// fresh installation.
+struct SOptions {
+    bool savePosition = true;
+    bool showSearchToolbar = true;
+    bool doNotCheckImportHeader = false;
+};
+
 // The user's persistent choices: the last search criteria, the last position
 // in the tree and three options. They live in the registry under
 // HKEY_LOCAL_MACHINE\SOFTWARE\Marrowick\Quenda\Settings, are loaded once at
@@ -38,6 +46,8 @@ public:
     void SetShowSearchToolbar(bool value) { m_options.showSearchToolbar = value; }
     bool GetDoNotCheckImportHeader() const { return m_options.doNotCheckImportHeader; }
     void SetDoNotCheckImportHeader(bool value) { m_options.doNotCheckImportHeader = value; }
+    const SOptions& GetOptions() const { return m_options; }
+    void SetOptions(const SOptions& options) { m_options = options; }
     void SaveOptions();
 
     // Makes the written values reach persistent storage.
@@ -54,13 +64,6 @@ private:
         CString valueName;
         bool valueSelected = false;
     };
-    // The defaults are those of a fresh installation.
-    struct SOptions {
-        bool savePosition = true;
-        bool showSearchToolbar = true;
-        bool doNotCheckImportHeader = false;
-    };
-
     SSearchParams m_search;
     SLastPosition m_last;
     SOptions m_options;

@@ -11,6 +11,7 @@
 #include "search/FloatingToolBar_win.h"
 #include "settings/Settings.h"
 #include "tests/app/MainWndTestSupport_win.h"
+#include "tests/settings/SettingsTestSupport.h"
 #include "tests/support/ScratchKey.h"
 
 namespace {
@@ -34,9 +35,9 @@ protected:
     void SetUp() override
     {
         Open();
-        m_results = GetDlgItem(m_hwnd, CMainWnd::kFindResultsId);
+        m_results = GetDlgItem(m_hwnd, CSearchController::kFindResultsId);
         m_resultsList = GetDlgItem(m_results, CFindResultsWnd::kListId);
-        m_window->ShowSearchResult(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, false);
+        m_window->Search().ShowSearchResult(HKEY_CURRENT_USER, m_scratch.Path(), nullptr, false);
     }
 
     // Runs "Start..." and, inside the dialog, the steps given the dialog.
@@ -57,7 +58,7 @@ protected:
     {
         return Menu(IDR_MAIN_MENU_OLD, commands);
     }
-    std::string Status() const { return ToUtf8(ItemText(m_hwnd, CMainWnd::kKeyNameId)); }
+    std::string Status() const { return ToUtf8(ItemText(m_hwnd, CMainPanes::kKeyNameId)); }
     Strings ListTexts() const
     {
         Strings texts;
@@ -186,6 +187,8 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     EXPECT_FALSE(IsWindowVisible(m_results));
     EXPECT_EQ(GetFocus(), m_list);
 
+    // Both gone behind the program's back, the key after the tree loaded it.
+    ASSERT_TRUE(Tree().NavigateTo(HKEY_CURRENT_USER, m_scratch.Path() + L"\\b\\qzfind c"));
     CShdRegKey key;
     ASSERT_TRUE(key.Open(m_scratch.Handle(), TEXT("b")));
     ASSERT_TRUE(key.DeleteValue(TEXT("data")));
@@ -194,6 +197,16 @@ TEST_F(MainWndSearch, FindAllListsPausesCancelsAndShowsTheMatches)
     Activate(2);
     Activate(3);
     EXPECT_EQ(m_messages, (Strings{"Unable to show found registry value.", "Unable to show found registry key."}));
+
+    // A bookmark opened over the results leaves the focus on what shows.
+    CSavedKey saved(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Marrowick", L"SavedProgramKey");
+    Command(IDM_KEY_ADD_BOOKMARK);
+    Command(IDM_SEARCH_SHOW_RESULTS_KEY);
+    ASSERT_TRUE(IsWindowVisible(m_results));
+    EXPECT_TRUE(RunDialog(IDM_BOOKMARKS, L"Bookmarks", {[](HWND dialog) {
+        SendMessageW(dialog, WM_COMMAND, IDM_BOOKMARK_OPEN, 0);
+    }}));
+    EXPECT_TRUE(IsWindowVisible(GetFocus()));
 }
 
 // The toolbar of the main window: what its first two buttons show ("4+":
@@ -203,7 +216,7 @@ protected:
     void SetUp() override
     {
         MainWndSearch::SetUp();
-        m_toolBarWindow = GetDlgItem(m_hwnd, CMainWnd::kToolBarId);
+        m_toolBarWindow = GetDlgItem(m_hwnd, CSearchToolBar::kToolBarId);
         ASSERT_NE(m_toolBarWindow, nullptr);
         // The default window class keeps the object in the window's word 0.
         m_toolBar = static_cast<CFloatingToolBar*>(reinterpret_cast<CShdWnd*>(GetWindowLongPtrW(m_toolBarWindow, 0)));
@@ -246,6 +259,8 @@ TEST_F(MainWndToolBar, FindAllShowsItWhenAllowedAndItsButtonsFollowTheSearch)
     Settings().SetShowSearchToolbar(true);
     FindAll("qzfind");
     EXPECT_EQ(Buttons(), "4+ 2+");
+    const RECT first = ChildRect(m_toolBarWindow);
+    EXPECT_TRUE(first.left == 10 && first.top == 10) << "its first place";
     // A stroke that ends 60 pixels above its button is no tap; nor is one
     // on a disabled button.
     const struct {

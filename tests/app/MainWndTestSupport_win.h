@@ -35,8 +35,8 @@ protected:
         ASSERT_TRUE(m_window->Create(TestInstance()));
         PumpMessages();
         m_hwnd = m_window->GetHwnd();
-        m_tree = GetDlgItem(m_hwnd, CMainWnd::kTreeId);
-        m_list = GetDlgItem(m_hwnd, CMainWnd::kListId);
+        m_tree = GetDlgItem(m_hwnd, CMainPanes::kTreeId);
+        m_list = GetDlgItem(m_hwnd, CMainPanes::kListId);
     }
     // The tree's own object, as the window's pane.
     CRegTree& Tree() const { return *static_cast<CRegTree*>(CShdWnd::FromHandle(m_tree)); }

@@ -173,13 +173,13 @@ TEST_F(SelectFileDlgTest, KeysWalkTheListAndEnterOnAFileChoosesIt)
 TEST(SpecialFolders, ResolveToExistingFolders)
 {
     for (int index = 0; index < 5; ++index) {
-        const CString folder = ResolveSpecialFolder(index);
+        const CString folder = ResolveSpecialFolder(index, CString());
         SCOPED_TRACE(folder);
         const DWORD attributes = GetFileAttributesW(folder);
         ASSERT_NE(attributes, INVALID_FILE_ATTRIBUTES);
         EXPECT_TRUE(attributes & FILE_ATTRIBUTE_DIRECTORY);
     }
-    EXPECT_EQ(ResolveSpecialFolder(5), W(""));
+    EXPECT_EQ(ResolveSpecialFolder(5, CString()), W(""));
 }
 
 }  // namespace

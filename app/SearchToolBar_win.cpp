@@ -1,11 +1,7 @@
-// The main window's floating search toolbar: one tap to pause or resume,
-// stop, switch views or hide it while a find-all runs.
-#include "app/MainWnd_win.h"
+#include "app/SearchToolBar_win.h"
 
-#include "framework/DpiScale.h"
 #include "framework/WindowHelpers_win.h"
 #include "resources/resource.h"
-#include "settings/Settings.h"
 
 namespace {
 
@@ -20,23 +16,25 @@ struct SButtonImages {
 const SButtonImages kPauseImages = {4, 4, 5};
 const SButtonImages kResumeImages = {0, 0, 1};
 
-// From the panes' lower right corner, clear of the key name bar.
-const int kMarginDesign = 10;
+// Where it first appears, and its size until its buttons are added.
+const int kFirstPlace = 10;
+const int kFirstSize = 50;
 
 }  // namespace
 
-bool CMainWnd::CreateToolBar()
+bool CSearchToolBar::Create(HWND parent, HINSTANCE instance)
 {
-    if (!m_toolBar.Create(WS_CHILD | WS_CLIPSIBLINGS, 10, 10, 50, 50, GetHwnd(), kToolBarId, m_instance))
+    if (!m_toolBar.Create(WS_CHILD | WS_CLIPSIBLINGS, kFirstPlace, kFirstPlace, kFirstSize, kFirstSize, parent,
+                          kToolBarId, instance))
         return false;
     SetWindowPos(m_toolBar.GetHwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     // The windows it floats over would otherwise paint over it whenever they
     // repaint themselves.
-    for (HWND child = GetWindow(GetHwnd(), GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         if (child != m_toolBar.GetHwnd())
             SetWindowLongW(child, GWL_STYLE, GetWindowLongW(child, GWL_STYLE) | WS_CLIPSIBLINGS);
     }
-    m_toolBar.SetImageList(LoadImageStrip(m_instance, IDB_TOOLBAR_16, IDB_TOOLBAR_32));
+    m_toolBar.SetImageList(LoadImageStrip(instance, IDB_TOOLBAR_16, IDB_TOOLBAR_32));
     const struct {
         WORD command;
         SButtonImages images;
@@ -54,31 +52,22 @@ bool CMainWnd::CreateToolBar()
     }
     m_toolBar.EnableButton(kPauseButton, false);
     m_toolBar.EnableButton(kStopButton, false);
-    const int keyNameHeight = SPaneMetrics::ForDpi(ScreenDpiY()).keyNameHeight;
-    m_toolBar.MoveTo(-ScaleX(kMarginDesign), -(ScaleY(kMarginDesign) + keyNameHeight));
     return true;
 }
 
-void CMainWnd::ShowToolBar(bool show)
+void CSearchToolBar::Show(bool show, bool allowed)
 {
-    const bool allowed = Settings().GetShowSearchToolbar() && !IsSmartphone();
     ShowWindow(m_toolBar.GetHwnd(), show && allowed ? SW_SHOWNA : SW_HIDE);
 }
 
-void CMainWnd::ToggleToolBar()
-{
-    ShowToolBar(!IsToolBarShown() && (m_findResults.IsShown() || m_findResults.HasStarted()));
-}
-
-bool CMainWnd::IsToolBarShown() const
+bool CSearchToolBar::IsShown() const
 {
     return IsWindowVisible(m_toolBar.GetHwnd()) != FALSE;
 }
 
-void CMainWnd::UpdateToolBarButtons()
+void CSearchToolBar::UpdateButtons(bool running, bool paused)
 {
-    const bool running = m_findResults.IsRunning();
-    const SButtonImages& images = running && m_findResults.IsPaused() ? kResumeImages : kPauseImages;
+    const SButtonImages& images = running && paused ? kResumeImages : kPauseImages;
     m_toolBar.SetButtonImages(kPauseButton, images.normal, images.pressed, images.disabled);
     m_toolBar.EnableButton(kPauseButton, running);
     // Stop stays enabled once a search has run: a tap on it after the end
