@@ -16,6 +16,10 @@ const int kNothingFoundImage = 0;
 const int kCancelImage = 1;
 const int kKeyImage = 2;
 const int kValueImage = 3;
+// The results take their 32-pixel images as soon as the screen's scale
+// rounds to two, (dpi + 48) / 96 > 1: from 144 dpi on, earlier than the
+// other image strips.
+const int kLargeImagesFromDpi = 144;
 
 // Matches are listed for this long at a time, so that the window keeps
 // answering however many arrive; the rest follow on the next message.
@@ -82,7 +86,7 @@ bool CFindResultsWnd::OnCreate()
     column.pszText = const_cast<LPWSTR>(L"Location");
     SendMessageW(m_list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
     // The list owns its image list and destroys it with itself.
-    const HIMAGELIST images = LoadImageStrip(instance, IDB_RESULTS_16, IDB_RESULTS_32);
+    const HIMAGELIST images = LoadImageStrip(instance, IDB_RESULTS_16, IDB_RESULTS_32, kLargeImagesFromDpi);
     if (images != nullptr)
         SendMessageW(m_list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(images));
     return true;
