@@ -129,12 +129,19 @@ bool CRegFinder::Collect(SSearchPosition& match)
     m_worker.Wait();
     if (m_worker.IsCancelled() || !m_initialised || (m_state != kStateAtKey && m_state != kStateAtValue))
         return false;
-    match.root = m_root;
-    match.keyPath = m_keyPath;
-    match.valueName = m_valueName;
-    match.kind = m_state;
-    match.firstPass = m_firstPass;
+    match = Position();
     return true;
+}
+
+CRegFinder::SSearchPosition CRegFinder::Position() const
+{
+    SSearchPosition position;
+    position.root = m_root;
+    position.keyPath = m_keyPath;
+    position.valueName = m_valueName;
+    position.kind = m_state;
+    position.firstPass = m_firstPass;
+    return position;
 }
 
 void CRegFinder::RunStep()
@@ -214,13 +221,7 @@ CRegFinder::ENext CRegFinder::Report(SWalk& walk, const CString& keyPath, const 
     m_firstPass = walk.firstPass;
     if (IsInsideOwnKey(walk.root, keyPath))
         return ENext::Continue;
-    SSearchPosition match;
-    match.root = m_root;
-    match.keyPath = m_keyPath;
-    match.valueName = m_valueName;
-    match.kind = m_state;
-    match.firstPass = m_firstPass;
-    return walk.observer.OnMatch(match) ? ENext::Continue : ENext::EndWalk;
+    return walk.observer.OnMatch(Position()) ? ENext::Continue : ENext::EndWalk;
 }
 
 CRegFinder::ENext CRegFinder::SearchKey(SWalk& walk, HKEY parent, const CString& keyName, const CString& keyPath,

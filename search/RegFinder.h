@@ -178,6 +178,8 @@ private:
     // observer ends the walk there.
     ENext Report(SWalk& walk, const CString& keyPath, const CString* valueName);
     bool IsCancelled(SWalk& walk) const;
+    // The current position as a match record.
+    SSearchPosition Position() const;
     HKEY StartRoot() const;
 
     bool m_initialised = false;
