@@ -129,8 +129,18 @@ void CFindResultsWnd::OnFinished(unsigned run)
     // A search that was replaced meanwhile may still report its end.
     if (run != m_search.GetRun())
         return;
+    // A search that outran the list finishes once the rest is listed, in
+    // slices as before, so that the window keeps answering meanwhile.
+    m_ranOut = true;
+    ListNewMatches(false);
+}
+
+void CFindResultsWnd::FinishOnceListed()
+{
+    if (!m_ranOut || m_listed < m_search.GetResultCount())
+        return;
+    m_ranOut = false;
     m_search.Finish();
-    ListNewMatches(true);
     FinishList();
     ChangeState();
 }
@@ -177,8 +187,10 @@ void CFindResultsWnd::ListNewMatches(bool all)
     m_lastListing = GetTickCount();
     m_listingRequested = false;
     const size_t count = m_search.GetResultCount();
-    if (m_listed >= count)
+    if (m_listed >= count) {
+        FinishOnceListed();
         return;
+    }
     const DWORD started = GetTickCount();
     SendMessageW(m_list, WM_SETREDRAW, FALSE, 0);
     CRegFinder::SSearchPosition match;
@@ -195,6 +207,7 @@ void CFindResultsWnd::ListNewMatches(bool all)
     // The rest follows soon, after what else waits in the queue.
     if (m_listed < count && !m_listingRequested.exchange(true))
         SetTimer(GetHwnd(), kListingTimer, kListingContinueMs, nullptr);
+    FinishOnceListed();
 }
 
 void CFindResultsWnd::FinishList()
@@ -213,6 +226,7 @@ void CFindResultsWnd::ClearList()
 {
     ListView_DeleteAllItems(m_list);
     m_listed = 0;
+    m_ranOut = false;
     m_cancelItemShown = false;
     m_nothingFoundShown = false;
 }

@@ -88,6 +88,9 @@ private:
     bool OnCreate();
     void OnSize();
     void OnFinished(unsigned run);
+    // After the search ran out: once every match is listed, the search is
+    // finished and the callback told.
+    void FinishOnceListed();
     // Lists new matches now, or when the interval since the last listing is
     // over.
     void OnMatchesArrived();
@@ -110,6 +113,8 @@ private:
     bool m_nothingFoundShown = false;
     // How many of the matches are in the list.
     size_t m_listed = 0;
+    // The search ran out; matches may still wait to be listed.
+    bool m_ranOut = false;
     // A kMatchesMessage is on its way, or the listing timer runs.
     std::atomic<bool> m_listingRequested{false};
     DWORD m_lastListing = 0;
