@@ -1,5 +1,6 @@
 #include "search/RegFinder.h"
 
+#include <algorithm>
 #include <new>
 #include <vector>
 
@@ -275,24 +276,26 @@ CRegFinder::ENext CRegFinder::SearchKey(SWalk& walk, HKEY parent, const CString&
     if (!level.subkeysRead)
         ReadSubkeys(key, level);
     CString resumeFirst;
+    size_t first = 0;
     if (resuming) {
         CString rest;
         SplitFirstComponent(resume.keyPath, resumeFirst, rest);
         resume.keyPath = rest;
+        // The subkeys before the resume key were searched in earlier steps;
+        // found by halves, a step costs the same among any number of them.
+        first = static_cast<size_t>(
+            std::lower_bound(level.subkeys.begin(), level.subkeys.end(), resumeFirst,
+                             [](const CString& a, const CString& b) { return CompareNoCase(a, b) < 0; }) -
+            level.subkeys.begin());
     }
 
     // By index: the walk below this key may add levels, never this one.
-    for (size_t i = 0; i < level.subkeys.size(); ++i) {
+    for (size_t i = first; i < level.subkeys.size(); ++i) {
         const CString subkey = level.subkeys[i];
-        if (resuming) {
-            const int order = CompareNoCase(subkey, resumeFirst);
-            if (order < 0)
-                continue;
-            // The resume key is gone: its later siblings are still ahead.
-            if (order > 0) {
-                resuming = false;
-                resume = SRelativePosition();
-            }
+        // The resume key is gone: its later siblings are still ahead.
+        if (resuming && CompareNoCase(subkey, resumeFirst) > 0) {
+            resuming = false;
+            resume = SRelativePosition();
         }
         if (restricted && CompareNoCase(subkey, restrictFirst) != 0)
             continue;
