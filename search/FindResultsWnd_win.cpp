@@ -24,6 +24,9 @@ const int kLargeImagesFromDpi = 144;
 // Matches are listed for this long at a time, so that the window keeps
 // answering however many arrive; the rest follow on the next message.
 const DWORD kListingSliceMs = 30;
+// Once the search has run out, nothing else waits for the window: the rest
+// is listed in longer slices, each followed at once by the next.
+const DWORD kTailSliceMs = 60;
 // The clock is read once per this many items.
 const size_t kItemsPerClockRead = 32;
 // Matches that arrive one by one are listed at most this often: each
@@ -199,14 +202,19 @@ void CFindResultsWnd::ListNewMatches(bool all)
         const int image = match.kind == CRegFinder::kStateAtValue ? kValueImage : kKeyImage;
         InsertItem(ListView_GetItemCount(m_list), text, image, static_cast<LPARAM>(m_listed));
         ++m_listed;
-        if (!all && m_listed % kItemsPerClockRead == 0 && GetTickCount() - started >= kListingSliceMs)
+        if (!all && m_listed % kItemsPerClockRead == 0 &&
+            GetTickCount() - started >= (m_ranOut ? kTailSliceMs : kListingSliceMs))
             break;
     }
     SendMessageW(m_list, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(m_list, nullptr, TRUE);
     // The rest follows soon, after what else waits in the queue.
-    if (m_listed < count && !m_listingRequested.exchange(true))
-        SetTimer(GetHwnd(), kListingTimer, kListingContinueMs, nullptr);
+    if (m_listed < count && !m_listingRequested.exchange(true)) {
+        if (m_ranOut)
+            PostMessageW(GetHwnd(), kListMoreMessage, 0, 0);
+        else
+            SetTimer(GetHwnd(), kListingTimer, kListingContinueMs, nullptr);
+    }
     FinishOnceListed();
 }
 
@@ -289,6 +297,9 @@ LRESULT CFindResultsWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     }
     case kMatchesMessage:
         OnMatchesArrived();
+        return 0;
+    case kListMoreMessage:
+        ListNewMatches(false);
         return 0;
     case WM_TIMER:
         if (wParam != kListingTimer)

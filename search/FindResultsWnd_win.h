@@ -83,6 +83,8 @@ private:
 
     // Asks for the new matches to be listed.
     static const UINT kMatchesMessage = WM_USER + 102;
+    // Asks for the next slice of the matches left after the search ran out.
+    static const UINT kListMoreMessage = WM_USER + 103;
     static const UINT_PTR kListingTimer = 1;
 
     bool OnCreate();
@@ -115,7 +117,8 @@ private:
     size_t m_listed = 0;
     // The search ran out; matches may still wait to be listed.
     bool m_ranOut = false;
-    // A kMatchesMessage is on its way, or the listing timer runs.
+    // A kMatchesMessage or kListMoreMessage is on its way, or the listing
+    // timer runs.
     std::atomic<bool> m_listingRequested{false};
     DWORD m_lastListing = 0;
 };
