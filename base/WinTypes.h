@@ -33,6 +33,10 @@ typedef uintptr_t ULONG_PTR;
 typedef DWORD REGSAM;
 typedef struct HKEY__* HKEY;
 typedef DWORD(WINAPI* LPTHREAD_START_ROUTINE)(LPVOID);
+struct FILETIME {
+    DWORD dwLowDateTime;
+    DWORD dwHighDateTime;
+};
 
 #define TRUE 1
 #define FALSE 0

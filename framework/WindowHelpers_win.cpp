@@ -130,9 +130,9 @@ DWORD GetOsVersion()
     return version;
 }
 
-HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32)
+HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32, int largeFromDpi)
 {
-    const bool highResolution = ScreenDpiY() >= 192;
+    const bool highResolution = ScreenDpiY() >= largeFromDpi;
     return ImageList_LoadImageW(instance, MAKEINTRESOURCEW(highResolution ? bitmap32 : bitmap16),
                                 highResolution ? 32 : 16, 0, RGB(0xFF, 0x00, 0xFF), IMAGE_BITMAP, 0);
 }

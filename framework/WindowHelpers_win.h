@@ -77,7 +77,7 @@ bool IsSmartphone();
 DWORD GetOsVersion();
 
 // A strip of images at 16 pixels, or at 32 on a high-resolution screen
-// (192 dpi or more), magenta transparent; null if it cannot be loaded.
-HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32);
+// (`largeFromDpi` or more), magenta transparent; null if it cannot be loaded.
+HIMAGELIST LoadImageStrip(HINSTANCE instance, UINT bitmap16, UINT bitmap32, int largeFromDpi = 192);
 
 using CShdUniqueImageList = CShdUniqueHandle<HIMAGELIST, ImageList_Destroy>;

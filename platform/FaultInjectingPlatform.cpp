@@ -166,6 +166,12 @@ LONG CFaultInjectingPlatform::RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD
                                                  maxValueNameLength, maxValueLength);
 }
 
+LONG CFaultInjectingPlatform::RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime)
+{
+    ++m_registryCalls;
+    return CForwardingPlatform::RegQueryKeyStampW(key, subKeys, values, lastWriteTime);
+}
+
 LONG CFaultInjectingPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 {
     ++m_registryCalls;

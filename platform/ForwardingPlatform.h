@@ -41,6 +41,10 @@ public:
         return m_inner.RegQueryInfoKeyW(key, className, classLength, subKeys, maxSubKeyLength, values,
                                         maxValueNameLength, maxValueLength);
     }
+    LONG RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime) override
+    {
+        return m_inner.RegQueryKeyStampW(key, subKeys, values, lastWriteTime);
+    }
     LONG RegDeleteKeyW(HKEY parent, LPCWSTR subKey) override { return m_inner.RegDeleteKeyW(parent, subKey); }
     LONG RegDeleteValueW(HKEY key, LPCWSTR name) override { return m_inner.RegDeleteValueW(key, name); }
 

@@ -139,6 +139,8 @@ LONG CMemoryRegistry::CreateKey(HKEY parent, LPCWSTR subKey, LPCWSTR className, 
             child->name = name;
             child->parent = node.get();
             node->subkeys.insert(node->subkeys.begin() + static_cast<std::ptrdiff_t>(insertAt), child);
+            Touch(*node);
+            Touch(*child);
             outcome = REG_CREATED_NEW_KEY;
         } else {
             outcome = REG_OPENED_EXISTING_KEY;
@@ -219,6 +221,7 @@ LONG CMemoryRegistry::SetValue(HKEY key, LPCWSTR name, DWORD type, const BYTE* d
     }
     value->type = type;
     value->data.assign(data, data + size);
+    Touch(*node);
     return ERROR_SUCCESS;
 }
 
@@ -307,6 +310,24 @@ LONG CMemoryRegistry::QueryInfoKey(HKEY key, LPWSTR className, DWORD* classLengt
     return status;
 }
 
+LONG CMemoryRegistry::QueryKeyStamp(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime)
+{
+    std::lock_guard<std::mutex> lock(m_lock);
+    std::shared_ptr<SNode> node;
+    const LONG status = Resolve(key, &node);
+    if (status != ERROR_SUCCESS)
+        return status;
+    if (subKeys != nullptr)
+        *subKeys = static_cast<DWORD>(node->subkeys.size());
+    if (values != nullptr)
+        *values = static_cast<DWORD>(node->values.size());
+    if (lastWriteTime != nullptr) {
+        lastWriteTime->dwLowDateTime = static_cast<DWORD>(node->lastWrite);
+        lastWriteTime->dwHighDateTime = static_cast<DWORD>(node->lastWrite >> 32);
+    }
+    return ERROR_SUCCESS;
+}
+
 LONG CMemoryRegistry::DeleteKey(HKEY parent, LPCWSTR subKey)
 {
     std::lock_guard<std::mutex> lock(m_lock);
@@ -322,6 +343,7 @@ LONG CMemoryRegistry::DeleteKey(HKEY parent, LPCWSTR subKey)
         return ERROR_ACCESS_DENIED;
     auto& siblings = node->parent->subkeys;
     siblings.erase(std::find(siblings.begin(), siblings.end(), node));
+    Touch(*node->parent);
     node->deleted = true;
     node->parent = nullptr;
     return ERROR_SUCCESS;
@@ -338,6 +360,7 @@ LONG CMemoryRegistry::DeleteValue(HKEY key, LPCWSTR name)
     if (value == nullptr)
         return ERROR_FILE_NOT_FOUND;
     node->values.erase(node->values.begin() + (value - node->values.data()));
+    Touch(*node);
     return ERROR_SUCCESS;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -32,6 +33,9 @@ public:
     LONG EnumValue(HKEY key, DWORD index, LPWSTR name, DWORD* nameLength, DWORD* type, BYTE* data, DWORD* size);
     LONG QueryInfoKey(HKEY key, LPWSTR className, DWORD* classLength, DWORD* subKeys, DWORD* maxSubKeyLength,
                       DWORD* values, DWORD* maxValueNameLength, DWORD* maxValueLength);
+    // The last-write time is a count of the changes made to the whole
+    // registry, taken when the key last changed: later means changed later.
+    LONG QueryKeyStamp(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime);
     LONG DeleteKey(HKEY parent, LPCWSTR subKey);
     LONG DeleteValue(HKEY key, LPCWSTR name);
 
@@ -49,6 +53,7 @@ private:
         CString className;
         SNode* parent = nullptr;
         bool deleted = false;
+        uint64_t lastWrite = 0;
         std::vector<SValue> values;
         std::vector<std::shared_ptr<SNode>> subkeys;
     };
@@ -60,8 +65,11 @@ private:
     static std::shared_ptr<SNode> FindSubkey(const SNode& node, const CString& name, size_t* insertAt);
     static SValue* FindValue(SNode& node, const CString& name, size_t* insertAt);
     static LONG CopyName(const CString& source, LPWSTR name, DWORD* nameLength);
+    // Marks the node as written now.
+    void Touch(SNode& node) { node.lastWrite = ++m_changes; }
 
     mutable std::mutex m_lock;
     std::shared_ptr<SNode> m_roots[4];
     std::map<HKEY, std::shared_ptr<SNode>> m_handles;
+    uint64_t m_changes = 0;
 };

@@ -32,6 +32,9 @@ public:
     virtual LONG RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* classLength, DWORD* subKeys,
                                   DWORD* maxSubKeyLength, DWORD* values, DWORD* maxValueNameLength,
                                   DWORD* maxValueLength) = 0;
+    // The counts and the last-write time alone: what tells, in one call,
+    // whether a key changed since it was last read.
+    virtual LONG RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime) = 0;
     virtual LONG RegDeleteKeyW(HKEY parent, LPCWSTR subKey) = 0;
     virtual LONG RegDeleteValueW(HKEY key, LPCWSTR name) = 0;
 

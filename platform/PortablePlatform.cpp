@@ -158,6 +158,11 @@ LONG CPortablePlatform::RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* clas
                                    maxValueNameLength, maxValueLength);
 }
 
+LONG CPortablePlatform::RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime)
+{
+    return m_registry.QueryKeyStamp(key, subKeys, values, lastWriteTime);
+}
+
 LONG CPortablePlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 {
     return m_registry.DeleteKey(parent, subKey);

@@ -31,6 +31,7 @@ public:
                        DWORD* size) override;
     LONG RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* classLength, DWORD* subKeys, DWORD* maxSubKeyLength,
                           DWORD* values, DWORD* maxValueNameLength, DWORD* maxValueLength) override;
+    LONG RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime) override;
     LONG RegDeleteKeyW(HKEY parent, LPCWSTR subKey) override;
     LONG RegDeleteValueW(HKEY key, LPCWSTR name) override;
 

@@ -94,6 +94,12 @@ LONG CWin32Platform::RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* classLe
                               maxValueNameLength, maxValueLength, nullptr, nullptr);
 }
 
+LONG CWin32Platform::RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD* values, FILETIME* lastWriteTime)
+{
+    return ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, subKeys, nullptr, nullptr, values, nullptr, nullptr,
+                              nullptr, lastWriteTime);
+}
+
 LONG CWin32Platform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 {
     return ::RegDeleteKeyW(parent, subKey);

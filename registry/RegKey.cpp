@@ -324,3 +324,10 @@ bool CShdRegKey::GetInfo(CString& className, DWORD& subkeys, DWORD& values)
             return false;
     }
 }
+
+bool CShdRegKey::GetStamp(SRegKeyStamp& stamp)
+{
+    stamp = SRegKeyStamp();
+    return m_key != nullptr &&
+           Platform().RegQueryKeyStampW(m_key, &stamp.subkeys, &stamp.values, &stamp.lastWrite) == ERROR_SUCCESS;
+}

@@ -4,6 +4,22 @@
 #include "base/CString.h"
 #include "base/WinTypes.h"
 
+// What a key looked like when it was read: a key whose stamp is unchanged
+// still has the subkeys and values read then.
+struct SRegKeyStamp {
+    DWORD subkeys = 0;
+    DWORD values = 0;
+    FILETIME lastWrite = {0, 0};
+
+    bool operator==(const SRegKeyStamp& other) const
+    {
+        return subkeys == other.subkeys && values == other.values &&
+               lastWrite.dwLowDateTime == other.lastWrite.dwLowDateTime &&
+               lastWrite.dwHighDateTime == other.lastWrite.dwHighDateTime;
+    }
+    bool operator!=(const SRegKeyStamp& other) const { return !(*this == other); }
+};
+
 // The program's only registry handle: one open key, closed (and flushed when
 // asked) by its destructor. Every operation returns false, 0 or an empty
 // result when no key is open or the platform call fails, and clears its
@@ -54,6 +70,8 @@ public:
     bool GetClass(CString& text);
     // The class string and the numbers of subkeys and values, in one query.
     bool GetInfo(CString& className, DWORD& subkeys, DWORD& values);
+    // The counts and the last-write time, in one query.
+    bool GetStamp(SRegKeyStamp& stamp);
 
 private:
     bool EnumSubkeyFrom(DWORD index, DWORD capacity, CString& name);

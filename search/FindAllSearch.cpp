@@ -39,6 +39,7 @@ bool CFindAllSearch::Start(const SSearchParams& params, const SStartPosition& st
     m_finder.SetUp(params, start);
     for (const CShdHandle* event : {&m_stopEvent, &m_pauseEvent, &m_resumeEvent, &m_ackEvent})
         Platform().ResetEvent(event->Get());
+    m_requested = false;
     m_thread.Reset(Platform().CreateThread(kCollectStackSize, CollectThread, this));
     if (!m_thread.IsValid()) {
         m_sink.OnSearchRanOut(m_run);
@@ -65,10 +66,16 @@ bool CFindAllSearch::Resume()
     return true;
 }
 
+void CFindAllSearch::Request(HANDLE event)
+{
+    Platform().SetEvent(event);
+    m_requested = true;
+}
+
 void CFindAllSearch::Handshake(HANDLE request)
 {
     Platform().ResetEvent(m_ackEvent.Get());
-    Platform().SetEvent(request);
+    Request(request);
     if (m_thread.IsValid()) {
         // A thread that ran out meanwhile never acknowledges.
         const HANDLE handles[] = {m_thread.Get(), m_ackEvent.Get()};
@@ -80,7 +87,7 @@ void CFindAllSearch::Stop()
 {
     if (!m_thread.IsValid())
         return;
-    Platform().SetEvent(m_stopEvent.Get());
+    Request(m_stopEvent.Get());
     Platform().WaitForSingleObject(m_thread.Get(), INFINITE);
     m_thread.Reset();
 }
@@ -114,16 +121,19 @@ bool CFindAllSearch::GetResult(size_t index, CRegFinder::SSearchPosition& match)
     return true;
 }
 
-bool CFindAllSearch::Append(const CRegFinder::SSearchPosition& match, size_t& index)
+bool CFindAllSearch::Add(const CRegFinder::SSearchPosition& match)
 {
     CRegFinder::SSearchPosition* copy = new (std::nothrow) CRegFinder::SSearchPosition(match);
     if (copy == nullptr)
         return false;
-    std::lock_guard<std::mutex> lock(m_lock);
-    const int added = m_results.Add(copy);
+    int added = 0;
+    {
+        std::lock_guard<std::mutex> lock(m_lock);
+        added = m_results.Add(copy);
+    }
     if (added < 0)
         return false;
-    index = static_cast<size_t>(added);
+    m_sink.OnMatchAdded(m_run, static_cast<size_t>(added));
     return true;
 }
 
@@ -133,40 +143,92 @@ DWORD WINAPI CFindAllSearch::CollectThread(void* argument)
     return 0;
 }
 
+// Watches the requests while the finder walks, adds its matches, and holds
+// the first match found after a pause.
+class CFindAllSearch::CCollector : public CRegFinder::IWalkObserver {
+public:
+    explicit CCollector(CFindAllSearch& search) : m_search(search) {}
+
+    bool IsCancelled() override
+    {
+        if (m_search.m_requested.exchange(false))
+            TakeRequests();
+        return m_stopped;
+    }
+
+    bool OnMatch(const CRegFinder::SSearchPosition& match) override
+    {
+        if (m_paused) {
+            m_held = match;
+            m_holding = true;
+            return false;
+        }
+        m_failed = !m_search.Add(match);
+        return !m_failed;
+    }
+
+    // After a walk: waits while paused, adds the match held meanwhile, and
+    // tells whether to walk on from it.
+    bool WalkOn()
+    {
+        if (m_stopped || m_failed)
+            return false;
+        const bool holding = m_holding;
+        m_holding = false;
+        if (m_paused && !WaitForResume())
+            return false;
+        return holding && m_search.Add(m_held);
+    }
+
+private:
+    void TakeRequests()
+    {
+        if (IsSet(m_search.m_stopEvent.Get())) {
+            m_stopped = true;
+            return;
+        }
+        for (const CShdHandle* event : {&m_search.m_pauseEvent, &m_search.m_resumeEvent}) {
+            if (IsSet(event->Get()))
+                Acknowledge(event->Get());
+        }
+    }
+
+    void Acknowledge(HANDLE request)
+    {
+        Platform().ResetEvent(request);
+        m_paused = request == m_search.m_pauseEvent.Get();
+        Platform().SetEvent(m_search.m_ackEvent.Get());
+    }
+
+    // False when stopped.
+    bool WaitForResume()
+    {
+        const HANDLE handles[] = {m_search.m_stopEvent.Get(), m_search.m_pauseEvent.Get(),
+                                  m_search.m_resumeEvent.Get()};
+        while (m_paused) {
+            const DWORD wait = Platform().WaitForMultipleObjects(3, handles, FALSE, INFINITE);
+            // The stop request, or a failed wait.
+            if (wait != WAIT_OBJECT_0 + 1 && wait != WAIT_OBJECT_0 + 2)
+                return false;
+            Acknowledge(handles[wait - WAIT_OBJECT_0]);
+        }
+        return true;
+    }
+
+    CFindAllSearch& m_search;
+    bool m_stopped = false;
+    bool m_paused = false;
+    bool m_failed = false;
+    bool m_holding = false;
+    CRegFinder::SSearchPosition m_held;
+};
+
 void CFindAllSearch::Collect()
 {
-    const HANDLE handles[] = {m_stopEvent.Get(), m_pauseEvent.Get(), m_resumeEvent.Get(), m_finder.GetDoneEvent()};
-    const DWORD kPause = WAIT_OBJECT_0 + 1;
-    const DWORD kResume = WAIT_OBJECT_0 + 2;
-    const DWORD kStepDone = WAIT_OBJECT_0 + 3;
-    bool paused = false;
-    bool stepRunning = false;
-    for (;;) {
-        if (!paused && !stepRunning) {
-            if (!m_finder.Start())
-                break;
-            stepRunning = true;
-        }
-        // While paused the step may run on to its match and wait there; it is
-        // collected after the resume.
-        const DWORD wait = Platform().WaitForMultipleObjects(paused ? 3 : 4, handles, FALSE, INFINITE);
-        if (wait == kPause || wait == kResume) {
-            Platform().ResetEvent(handles[wait - WAIT_OBJECT_0]);
-            Platform().SetEvent(m_ackEvent.Get());
-            paused = wait == kPause;
-            continue;
-        }
-        // The stop request, or a failed wait.
-        if (wait != kStepDone)
-            break;
-        stepRunning = false;
-        CRegFinder::SSearchPosition match;
-        size_t index = 0;
-        if (!m_finder.Collect(match) || !Append(match, index))
-            break;
-        m_sink.OnMatchAdded(m_run, index);
-    }
-    m_finder.Cancel();
+    CCollector collector(*this);
+    do {
+        m_finder.Walk(collector);
+    } while (collector.WalkOn());
     if (!IsSet(m_stopEvent.Get()))
         m_sink.OnSearchRanOut(m_run);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <mutex>
 
@@ -10,11 +11,14 @@
 #include "search/RegFinder.h"
 #include "search/SearchParams.h"
 
-// A find-all search: a collecting thread of its own drives the finder from
-// one match to the next and keeps every match. The user interface thread
-// starts it, pauses, resumes and stops it, and reads the matches; pause and
-// resume are handshakes that return once the collecting thread has seen them
-// (or has ended), so that after Pause nothing more is added until Resume.
+// A find-all search: a collecting thread of its own walks the registry with
+// the finder and keeps every match, in one walk however many it finds. The
+// user interface thread starts it, pauses, resumes and stops it, and reads
+// the matches; pause and resume are handshakes that return once the
+// collecting thread has seen them (between two keys, or after it ended), so
+// that after Pause nothing more is added until Resume. A paused walk goes on
+// to its next match and waits there, its keys closed; after the resume it
+// adds that match and walks on from it.
 //
 // The collecting thread reports through the sink and never waits for the
 // user interface thread: the user interface may therefore wait for it (in
@@ -75,11 +79,16 @@ public:
     bool GetResult(size_t index, CRegFinder::SSearchPosition& match) const;
 
 private:
+    class CCollector;
+
     static DWORD WINAPI CollectThread(void* argument);
     void Collect();
     // Sets `request`, then waits until the thread acknowledges or ends.
     void Handshake(HANDLE request);
-    bool Append(const CRegFinder::SSearchPosition& match, size_t& index);
+    // Sets the event, then tells the walk to look at the events.
+    void Request(HANDLE event);
+    // Adds the match and tells the sink; false when memory runs out.
+    bool Add(const CRegFinder::SSearchPosition& match);
 
     ISink& m_sink;
     CRegFinder m_finder;
@@ -94,6 +103,10 @@ private:
     CShdHandle m_pauseEvent;
     CShdHandle m_resumeEvent;
     CShdHandle m_ackEvent;
+    // Set after any of the three request events, so that the walk looks at
+    // them only when one was set: a look costs a call into the system (a
+    // round trip to the server under Wine).
+    std::atomic<bool> m_requested{false};
 };
 
 // What the user is told of a search in each state: "Ready", "Search in

@@ -16,10 +16,17 @@ const int kNothingFoundImage = 0;
 const int kCancelImage = 1;
 const int kKeyImage = 2;
 const int kValueImage = 3;
+// The results take their 32-pixel images as soon as the screen's scale
+// rounds to two, (dpi + 48) / 96 > 1: from 144 dpi on, earlier than the
+// other image strips.
+const int kLargeImagesFromDpi = 144;
 
 // Matches are listed for this long at a time, so that the window keeps
 // answering however many arrive; the rest follow on the next message.
 const DWORD kListingSliceMs = 30;
+// Once the search has run out, nothing else waits for the window: the rest
+// is listed in longer slices, each followed at once by the next.
+const DWORD kTailSliceMs = 60;
 // The clock is read once per this many items.
 const size_t kItemsPerClockRead = 32;
 // Matches that arrive one by one are listed at most this often: each
@@ -82,7 +89,7 @@ bool CFindResultsWnd::OnCreate()
     column.pszText = const_cast<LPWSTR>(L"Location");
     SendMessageW(m_list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
     // The list owns its image list and destroys it with itself.
-    const HIMAGELIST images = LoadImageStrip(instance, IDB_RESULTS_16, IDB_RESULTS_32);
+    const HIMAGELIST images = LoadImageStrip(instance, IDB_RESULTS_16, IDB_RESULTS_32, kLargeImagesFromDpi);
     if (images != nullptr)
         SendMessageW(m_list, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(images));
     return true;
@@ -125,8 +132,18 @@ void CFindResultsWnd::OnFinished(unsigned run)
     // A search that was replaced meanwhile may still report its end.
     if (run != m_search.GetRun())
         return;
+    // A search that outran the list finishes once the rest is listed, in
+    // slices as before, so that the window keeps answering meanwhile.
+    m_ranOut = true;
+    ListNewMatches(false);
+}
+
+void CFindResultsWnd::FinishOnceListed()
+{
+    if (!m_ranOut || m_listed < m_search.GetResultCount())
+        return;
+    m_ranOut = false;
     m_search.Finish();
-    ListNewMatches(true);
     FinishList();
     ChangeState();
 }
@@ -173,8 +190,10 @@ void CFindResultsWnd::ListNewMatches(bool all)
     m_lastListing = GetTickCount();
     m_listingRequested = false;
     const size_t count = m_search.GetResultCount();
-    if (m_listed >= count)
+    if (m_listed >= count) {
+        FinishOnceListed();
         return;
+    }
     const DWORD started = GetTickCount();
     SendMessageW(m_list, WM_SETREDRAW, FALSE, 0);
     CRegFinder::SSearchPosition match;
@@ -183,14 +202,20 @@ void CFindResultsWnd::ListNewMatches(bool all)
         const int image = match.kind == CRegFinder::kStateAtValue ? kValueImage : kKeyImage;
         InsertItem(ListView_GetItemCount(m_list), text, image, static_cast<LPARAM>(m_listed));
         ++m_listed;
-        if (!all && m_listed % kItemsPerClockRead == 0 && GetTickCount() - started >= kListingSliceMs)
+        if (!all && m_listed % kItemsPerClockRead == 0 &&
+            GetTickCount() - started >= (m_ranOut ? kTailSliceMs : kListingSliceMs))
             break;
     }
     SendMessageW(m_list, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(m_list, nullptr, TRUE);
     // The rest follows soon, after what else waits in the queue.
-    if (m_listed < count && !m_listingRequested.exchange(true))
-        SetTimer(GetHwnd(), kListingTimer, kListingContinueMs, nullptr);
+    if (m_listed < count && !m_listingRequested.exchange(true)) {
+        if (m_ranOut)
+            PostMessageW(GetHwnd(), kListMoreMessage, 0, 0);
+        else
+            SetTimer(GetHwnd(), kListingTimer, kListingContinueMs, nullptr);
+    }
+    FinishOnceListed();
 }
 
 void CFindResultsWnd::FinishList()
@@ -209,6 +234,7 @@ void CFindResultsWnd::ClearList()
 {
     ListView_DeleteAllItems(m_list);
     m_listed = 0;
+    m_ranOut = false;
     m_cancelItemShown = false;
     m_nothingFoundShown = false;
 }
@@ -271,6 +297,9 @@ LRESULT CFindResultsWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     }
     case kMatchesMessage:
         OnMatchesArrived();
+        return 0;
+    case kListMoreMessage:
+        ListNewMatches(false);
         return 0;
     case WM_TIMER:
         if (wParam != kListingTimer)

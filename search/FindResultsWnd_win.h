@@ -83,11 +83,16 @@ private:
 
     // Asks for the new matches to be listed.
     static const UINT kMatchesMessage = WM_USER + 102;
+    // Asks for the next slice of the matches left after the search ran out.
+    static const UINT kListMoreMessage = WM_USER + 103;
     static const UINT_PTR kListingTimer = 1;
 
     bool OnCreate();
     void OnSize();
     void OnFinished(unsigned run);
+    // After the search ran out: once every match is listed, the search is
+    // finished and the callback told.
+    void FinishOnceListed();
     // Lists new matches now, or when the interval since the last listing is
     // over.
     void OnMatchesArrived();
@@ -110,7 +115,10 @@ private:
     bool m_nothingFoundShown = false;
     // How many of the matches are in the list.
     size_t m_listed = 0;
-    // A kMatchesMessage is on its way, or the listing timer runs.
+    // The search ran out; matches may still wait to be listed.
+    bool m_ranOut = false;
+    // A kMatchesMessage or kListMoreMessage is on its way, or the listing
+    // timer runs.
     std::atomic<bool> m_listingRequested{false};
     DWORD m_lastListing = 0;
 };

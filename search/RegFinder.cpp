@@ -1,11 +1,11 @@
 #include "search/RegFinder.h"
 
+#include <algorithm>
 #include <new>
 #include <vector>
 
 #include "base/Text.h"
 #include "platform/Platform.h"
-#include "registry/RegKey.h"
 #include "registry/SortedNames.h"
 #include "search/SearchPaths.h"
 
@@ -41,6 +41,16 @@ HKEY NextRoot(HKEY root)
     return nullptr;
 }
 
+// Enumerations stop at the count the stamp gave, which saves the call that
+// would only say there is nothing more; without a stamp they stop at the
+// first failure.
+const DWORD kCountUnknown = 0xFFFFFFFF;
+
+CString ChildPath(const CString& keyPath, const CString& name)
+{
+    return keyPath.IsEmpty() ? name : keyPath + TEXT("\\") + name;
+}
+
 }  // namespace
 
 CRegFinder::CRegFinder() = default;
@@ -58,6 +68,7 @@ void CRegFinder::Reset()
     m_valueName.Empty();
     m_state = kStateNotSetUp;
     m_firstPass = true;
+    m_levels.clear();
 }
 
 void CRegFinder::SetUp(const SSearchParams& params, const SStartPosition& start)
@@ -71,6 +82,8 @@ void CRegFinder::SetUp(const SSearchParams& params, const SStartPosition& start)
     m_valueName.Empty();
     m_state = kStateReady;
     m_firstPass = true;
+    // What was read under other criteria may lack the data now searched.
+    m_levels.clear();
 }
 
 HKEY CRegFinder::StartRoot() const
@@ -115,27 +128,41 @@ bool CRegFinder::Collect(SSearchPosition& match)
 {
     match = SSearchPosition();
     m_worker.Wait();
-    if (IsCancelled() || !m_initialised || (m_state != kStateAtKey && m_state != kStateAtValue))
+    if (m_worker.IsCancelled() || !m_initialised || (m_state != kStateAtKey && m_state != kStateAtValue))
         return false;
-    match.root = m_root;
-    match.keyPath = m_keyPath;
-    match.valueName = m_valueName;
-    match.kind = m_state;
-    match.firstPass = m_firstPass;
+    match = Position();
     return true;
+}
+
+CRegFinder::SSearchPosition CRegFinder::Position() const
+{
+    SSearchPosition position;
+    position.root = m_root;
+    position.keyPath = m_keyPath;
+    position.valueName = m_valueName;
+    position.kind = m_state;
+    position.firstPass = m_firstPass;
+    return position;
 }
 
 void CRegFinder::RunStep()
 {
-    bool repeat = false;
-    do {
-        FindStep(repeat);
-    } while (repeat);
+    // A step is a walk that ends at its first match.
+    class CStep : public IWalkObserver {
+    public:
+        explicit CStep(const CWorkerJob& job) : m_job(job) {}
+        bool IsCancelled() override { return m_job.IsCancelled(); }
+        bool OnMatch(const SSearchPosition&) override { return false; }
+
+    private:
+        const CWorkerJob& m_job;
+    };
+    CStep step(m_worker);
+    Walk(step);
 }
 
-void CRegFinder::FindStep(bool& repeat)
+void CRegFinder::Walk(IWalkObserver& observer)
 {
-    repeat = false;
     if (!m_initialised || m_state == kStateFinished)
         return;
     if (m_state == kStateReady) {
@@ -147,48 +174,60 @@ void CRegFinder::FindStep(bool& repeat)
     }
     const bool restricted = m_start.subtreeOnly && m_start.root != nullptr;
     const CString* restrictPath = restricted ? &m_start.keyPath : nullptr;
-    SRelativePosition position{m_keyPath, m_valueName, m_state == kStateAtValue};
+    SRelativePosition resume{m_keyPath, m_valueName, m_state == kStateAtValue};
     bool resuming = true;
-    HKEY root = m_root;
-    // Committed only with a match or the end, so that a step cancelled after
-    // leaving its root resumes from the last match as if it had not run.
-    bool firstPass = m_firstPass;
+    // The pass is committed with each match or the end, so that a walk
+    // cancelled after leaving its root resumes from the last match as if it
+    // had not run on.
+    SWalk walk{observer, m_root, m_firstPass};
     for (;;) {
-        if (IsCancelled())
+        if (IsCancelled(walk))
             return;
-        const bool stopHere = !firstPass && m_start.wrapAround && root == StartRoot();
+        const bool stopHere = !walk.firstPass && m_start.wrapAround && walk.root == StartRoot();
         const CString* stopPath = stopHere ? &m_start.keyPath : nullptr;
         const CString* stopValue = stopHere && m_start.valueSelected ? &m_start.valueName : nullptr;
-        if (SearchKey(root, CString(), resuming, restrictPath, stopPath, stopValue, position)) {
-            m_root = root;
-            m_keyPath = position.keyPath;
-            m_valueName = position.valueName;
-            m_state = position.isValue ? kStateAtValue : kStateAtKey;
-            m_firstPass = firstPass;
-            repeat = IsInsideOwnKey(root, m_keyPath);
-            return;
-        }
-        if (IsCancelled())
+        if (SearchKey(walk, walk.root, CString(), CString(), 0, resuming, restrictPath, stopPath, stopValue,
+                      resume) == ENext::EndWalk || IsCancelled(walk))
             return;
         if (restricted || stopHere) {
             m_state = kStateFinished;
             return;
         }
-        firstPass = false;
-        position = SRelativePosition();
+        walk.firstPass = false;
+        resume = SRelativePosition();
         resuming = false;
-        root = NextRoot(root);
-        if (root == nullptr && m_start.wrapAround && !m_start.subtreeOnly)
-            root = HKEY_CLASSES_ROOT;
-        if (root == nullptr) {
+        walk.root = NextRoot(walk.root);
+        if (walk.root == nullptr && m_start.wrapAround && !m_start.subtreeOnly)
+            walk.root = HKEY_CLASSES_ROOT;
+        if (walk.root == nullptr) {
             m_state = kStateFinished;
             return;
         }
     }
 }
 
-bool CRegFinder::SearchKey(HKEY parent, const CString& keyName, bool resuming, const CString* restrictPath,
-                           const CString* stopPath, const CString* stopValue, SRelativePosition& position)
+bool CRegFinder::IsCancelled(SWalk& walk) const
+{
+    if (!walk.cancelled)
+        walk.cancelled = walk.observer.IsCancelled();
+    return walk.cancelled;
+}
+
+CRegFinder::ENext CRegFinder::Report(SWalk& walk, const CString& keyPath, const CString* valueName)
+{
+    m_root = walk.root;
+    m_keyPath = keyPath;
+    m_valueName = valueName != nullptr ? *valueName : CString();
+    m_state = valueName != nullptr ? kStateAtValue : kStateAtKey;
+    m_firstPass = walk.firstPass;
+    if (IsInsideOwnKey(walk.root, keyPath))
+        return ENext::Continue;
+    return walk.observer.OnMatch(Position()) ? ENext::Continue : ENext::EndWalk;
+}
+
+CRegFinder::ENext CRegFinder::SearchKey(SWalk& walk, HKEY parent, const CString& keyName, const CString& keyPath,
+                                        size_t depth, bool resuming, const CString* restrictPath,
+                                        const CString* stopPath, const CString* stopValue, SRelativePosition& resume)
 {
     const bool restricted = restrictPath != nullptr && !restrictPath->IsEmpty();
     CString restrictFirst;
@@ -199,17 +238,16 @@ bool CRegFinder::SearchKey(HKEY parent, const CString& keyName, bool resuming, c
     CString stopFirst;
     CString stopRest;
     if (isStopKey && stopValue == nullptr)
-        return false;
+        return ENext::Continue;
     if (stopPath != nullptr && !isStopKey)
         SplitFirstComponent(*stopPath, stopFirst, stopRest);
 
     const SSearchParams& params = m_matcher.Params();
-    if (!restricted && !resuming && params.keyNames && m_matcher.MatchName(keyName)) {
-        position = SRelativePosition();
-        return true;
-    }
+    if (!restricted && !resuming && params.keyNames && m_matcher.MatchName(keyName) &&
+        Report(walk, keyPath, nullptr) == ENext::EndWalk)
+        return ENext::EndWalk;
     // Resuming at this very key: its name was tested in the step that found it.
-    if (resuming && !position.isValue && position.keyPath.IsEmpty())
+    if (resuming && !resume.isValue && resume.keyPath.IsEmpty())
         resuming = false;
 
     if (CompareNoCase(keyName, kYieldKeyName) == 0)
@@ -218,41 +256,46 @@ bool CRegFinder::SearchKey(HKEY parent, const CString& keyName, bool resuming, c
     // enumeration of an unopened key fails.
     CShdRegKey key;
     key.Open(parent, keyName);
+    SLevel& level = LevelFor(walk.root, keyPath, depth, key);
 
-    const bool resumeIsDeeper = resuming && (!position.isValue || !position.keyPath.IsEmpty());
+    const bool resumeIsDeeper = resuming && (!resume.isValue || !resume.keyPath.IsEmpty());
     if (!restricted && (params.valueNames || params.valueData) && !resumeIsDeeper) {
-        const EValues result = SearchValues(key, resuming, isStopKey ? stopValue : nullptr, position);
-        if (result == EValues::Found)
-            return true;
-        if (result == EValues::Failed)
-            return false;
+        // A key whose values cannot all be held in memory is passed over.
+        if (!level.valuesRead && !ReadValues(key, level))
+            return ENext::Continue;
+        if (SearchValues(walk, level, resuming, isStopKey ? stopValue : nullptr, resume) == ENext::EndWalk)
+            return ENext::EndWalk;
     }
     if (isStopKey)
-        return false;
-    if (resuming && position.isValue && position.keyPath.IsEmpty())
+        return ENext::Continue;
+    if (resuming && resume.isValue && resume.keyPath.IsEmpty())
         resuming = false;
-    if (IsCancelled())
-        return false;
+    if (IsCancelled(walk))
+        return ENext::EndWalk;
 
-    std::vector<CString> subkeys;
-    ReadSortedSubkeyNames(key, subkeys);
+    if (!level.subkeysRead)
+        ReadSubkeys(key, level);
     CString resumeFirst;
+    size_t first = 0;
     if (resuming) {
         CString rest;
-        SplitFirstComponent(position.keyPath, resumeFirst, rest);
-        position.keyPath = rest;
+        SplitFirstComponent(resume.keyPath, resumeFirst, rest);
+        resume.keyPath = rest;
+        // The subkeys before the resume key were searched in earlier steps;
+        // found by halves, a step costs the same among any number of them.
+        first = static_cast<size_t>(
+            std::lower_bound(level.subkeys.begin(), level.subkeys.end(), resumeFirst,
+                             [](const CString& a, const CString& b) { return CompareNoCase(a, b) < 0; }) -
+            level.subkeys.begin());
     }
 
-    for (const CString& subkey : subkeys) {
-        if (resuming) {
-            const int order = CompareNoCase(subkey, resumeFirst);
-            if (order < 0)
-                continue;
-            // The resume key is gone: its later siblings are still ahead.
-            if (order > 0) {
-                resuming = false;
-                position = SRelativePosition();
-            }
+    // By index: the walk below this key may add levels, never this one.
+    for (size_t i = first; i < level.subkeys.size(); ++i) {
+        const CString subkey = level.subkeys[i];
+        // The resume key is gone: its later siblings are still ahead.
+        if (resuming && CompareNoCase(subkey, resumeFirst) > 0) {
+            resuming = false;
+            resume = SRelativePosition();
         }
         if (restricted && CompareNoCase(subkey, restrictFirst) != 0)
             continue;
@@ -264,64 +307,98 @@ bool CRegFinder::SearchKey(HKEY parent, const CString& keyName, bool resuming, c
             if (order == 0)
                 childStop = &stopRest;
         }
-        if (SearchKey(key.GetHandle(), subkey, resuming, restricted ? &restrictRest : nullptr, childStop,
-                      childStop != nullptr ? stopValue : nullptr, position)) {
-            position.keyPath = position.keyPath.IsEmpty() ? subkey : subkey + TEXT("\\") + position.keyPath;
-            return true;
-        }
+        if (SearchKey(walk, key.GetHandle(), subkey, ChildPath(keyPath, subkey), depth + 1, resuming,
+                      restricted ? &restrictRest : nullptr, childStop, childStop != nullptr ? stopValue : nullptr,
+                      resume) == ENext::EndWalk)
+            return ENext::EndWalk;
         resuming = false;
-        if (childStop != nullptr || IsCancelled())
-            return false;
+        if (childStop != nullptr)
+            break;
+        if (IsCancelled(walk))
+            return ENext::EndWalk;
     }
-    return false;
+    return ENext::Continue;
 }
 
-CRegFinder::EValues CRegFinder::SearchValues(CShdRegKey& key, bool& resuming, const CString* stopValue,
-                                             SRelativePosition& position)
+CRegFinder::SLevel& CRegFinder::LevelFor(HKEY root, const CString& keyPath, size_t depth, CShdRegKey& key)
 {
-    CShdObjArray<SValueItem> values;
-    if (!ReadValues(key, values))
-        return EValues::Failed;
-    values.Sort([](const SValueItem& a, const SValueItem& b) { return CompareNoCase(a.name, b.name); });
+    while (m_levels.size() <= depth)
+        m_levels.push_back(std::make_unique<SLevel>());
+    SLevel& level = *m_levels[depth];
+    SRegKeyStamp stamp;
+    const bool stamped = key.GetStamp(stamp);
+    if (stamped && level.stamped && level.root == root && CompareNoCase(level.keyPath, keyPath) == 0 &&
+        level.stamp == stamp)
+        return level;
+    level.root = root;
+    level.keyPath = keyPath;
+    level.stamped = stamped;
+    level.stamp = stamp;
+    level.subkeysRead = false;
+    level.subkeys.clear();
+    level.valuesRead = false;
+    level.values.RemoveAll();
+    return level;
+}
 
+CRegFinder::ENext CRegFinder::SearchValues(SWalk& walk, const SLevel& level, bool& resuming,
+                                           const CString* stopValue, const SRelativePosition& resume)
+{
     const SSearchParams& params = m_matcher.Params();
-    for (size_t i = 0; i < values.GetCount(); ++i) {
-        const SValueItem& value = *values[i];
+    for (size_t i = 0; i < level.values.GetCount(); ++i) {
+        const SValueItem& value = *level.values[i];
         if (stopValue != nullptr && CompareNoCase(value.name, *stopValue) >= 0)
             break;
         if (resuming) {
-            if (CompareNoCase(value.name, position.valueName) == 0)
+            if (CompareNoCase(value.name, resume.valueName) == 0)
                 resuming = false;
             continue;
         }
         if (CompareNoCase(value.name, kYieldValueName) == 0)
             Platform().Sleep(0);
-        if ((params.valueNames && m_matcher.MatchName(value.name)) ||
-            (params.valueData && m_matcher.MatchData(value.type, value.data.GetData(), value.data.GetSize()))) {
-            position = SRelativePosition();
-            position.valueName = value.name;
-            position.isValue = true;
-            return EValues::Found;
-        }
+        if (((params.valueNames && m_matcher.MatchName(value.name)) ||
+             (params.valueData && m_matcher.MatchData(value.type, value.data.GetData(), value.data.GetSize()))) &&
+            Report(walk, level.keyPath, &value.name) == ENext::EndWalk)
+            return ENext::EndWalk;
     }
-    return EValues::NotFound;
+    return ENext::Continue;
 }
 
-bool CRegFinder::ReadValues(CShdRegKey& key, CShdObjArray<SValueItem>& values) const
+bool CRegFinder::ReadValues(CShdRegKey& key, SLevel& level) const
 {
     // Data is read only when it is searched; names alone are much cheaper.
     const bool withData = m_matcher.Params().valueData;
-    for (DWORD index = 0;; ++index) {
+    const DWORD count = level.stamped ? level.stamp.values : kCountUnknown;
+    level.values.RemoveAll();
+    for (DWORD index = 0; index < count; ++index) {
         SValueItem* item = new (std::nothrow) SValueItem;
-        if (item == nullptr)
+        if (item == nullptr || level.values.Add(item) < 0) {
+            level.values.RemoveAll();
             return false;
+        }
         const bool read = withData ? key.EnumValue(index, item->name, item->type, item->data)
                                    : key.EnumValueName(index, item->name, item->type);
         if (!read) {
-            delete item;
-            return true;
+            level.values.RemoveAt(level.values.GetCount() - 1);
+            break;
         }
-        if (values.Add(item) < 0)
-            return false;
     }
+    level.values.Sort([](const SValueItem& a, const SValueItem& b) { return CompareNoCase(a.name, b.name); });
+    level.valuesRead = level.stamped;
+    return true;
+}
+
+void CRegFinder::ReadSubkeys(CShdRegKey& key, SLevel& level) const
+{
+    const DWORD count = level.stamped ? level.stamp.subkeys : kCountUnknown;
+    level.subkeys.clear();
+    CString name;
+    try {
+        for (DWORD index = 0; index < count && key.EnumSubkey(index, name); ++index)
+            level.subkeys.push_back(name);
+    } catch (const std::bad_alloc&) {
+        level.subkeys.clear();
+    }
+    SortNamesNoCase(level.subkeys);
+    level.subkeysRead = level.stamped;
 }

@@ -1,14 +1,16 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "base/BinaryBuffer.h"
 #include "base/CString.h"
 #include "base/ObjArray.h"
 #include "base/WinTypes.h"
 #include "platform/WorkerJob.h"
+#include "registry/RegKey.h"
 #include "search/SearchMatcher.h"
 #include "search/SearchParams.h"
-
-class CShdRegKey;
 
 // Where a search starts; copied into the finder.
 struct SStartPosition {
@@ -36,7 +38,15 @@ struct SStartPosition {
 // Use: SetUp, Start, wait for the done event (or call Collect, which waits),
 // Collect; optionally SetPosition; Start again. The caller's thread only
 // starts, cancels and collects; the finder's position is written by the
-// worker alone and read only after it has ended.
+// worker alone and read only after it has ended. Walk runs the same search
+// on the calling thread instead, from match to match for as long as its
+// observer wants.
+//
+// A step resumes without listing the keys above its position again: the
+// finder keeps, between steps, the sorted subkeys of each key on the path to
+// its position and the sorted values of the keys whose values it read, and
+// trusts them only while the key's stamp (counts and last-write time) is
+// unchanged. Keys are open only while a step or walk runs.
 class CRegFinder {
 public:
     static const DWORD kStateNotSetUp = 0;
@@ -65,6 +75,20 @@ public:
         CShdCopyableBinaryBuffer data;
     };
 
+    // Drives a walk on the calling thread.
+    class IWalkObserver {
+    public:
+        // Polled between keys; true ends the walk where it is, the position
+        // staying at the last match.
+        virtual bool IsCancelled() = 0;
+        // A match, already the finder's position; false ends the walk here,
+        // so that the next step or walk resumes just after it.
+        virtual bool OnMatch(const SSearchPosition& match) = 0;
+
+    protected:
+        ~IWalkObserver() = default;
+    };
+
     CRegFinder();
     ~CRegFinder();
     CRegFinder(const CRegFinder&) = delete;
@@ -90,6 +114,11 @@ public:
     // or nothing (further) was found.
     bool Collect(SSearchPosition& match);
 
+    // Searches on the calling thread from the position on, telling the
+    // observer of every match, until it ends the walk or nothing further is
+    // found. No step may be running.
+    void Walk(IWalkObserver& observer);
+
     bool IsSetUp() const { return m_initialised; }
     // True when not set up or nothing further can be found.
     bool IsFinished() const { return !m_initialised || m_state == kStateFinished; }
@@ -105,17 +134,52 @@ private:
         bool isValue = false;
     };
 
-    enum class EValues { NotFound, Found, Failed };
+    // What the walk read of one key, kept for the next step while the key's
+    // stamp stays the same. One per depth: the keys on the current path.
+    struct SLevel {
+        HKEY root = nullptr;
+        CString keyPath;
+        // False when the key could not be opened or stamped: nothing kept.
+        bool stamped = false;
+        SRegKeyStamp stamp;
+        bool subkeysRead = false;
+        std::vector<CString> subkeys;
+        bool valuesRead = false;
+        CShdObjArray<SValueItem> values;
+    };
+
+    // One walk: where it is and how it ends.
+    struct SWalk {
+        IWalkObserver& observer;
+        HKEY root;
+        bool firstPass;
+        bool cancelled = false;
+    };
+
+    // Where a key's walk ends: on with its next sibling, or the whole walk
+    // (a match that ended it, or a cancel).
+    enum class ENext { Continue, EndWalk };
 
     static constexpr DWORD kStepStackSize = 32768;
 
     void RunStep();
-    void FindStep(bool& repeat);
-    bool SearchKey(HKEY parent, const CString& keyName, bool resuming, const CString* restrictPath,
-                   const CString* stopPath, const CString* stopValue, SRelativePosition& position);
-    EValues SearchValues(CShdRegKey& key, bool& resuming, const CString* stopValue, SRelativePosition& position);
-    bool ReadValues(CShdRegKey& key, CShdObjArray<SValueItem>& values) const;
-    bool IsCancelled() const { return m_worker.IsCancelled(); }
+    ENext SearchKey(SWalk& walk, HKEY parent, const CString& keyName, const CString& keyPath, size_t depth,
+                    bool resuming, const CString* restrictPath, const CString* stopPath, const CString* stopValue,
+                    SRelativePosition& resume);
+    ENext SearchValues(SWalk& walk, const SLevel& level, bool& resuming, const CString* stopValue,
+                       const SRelativePosition& resume);
+    // The level of a key just opened at `depth`, still holding what was read
+    // of it when its stamp is unchanged.
+    SLevel& LevelFor(HKEY root, const CString& keyPath, size_t depth, CShdRegKey& key);
+    // False when memory runs out.
+    bool ReadValues(CShdRegKey& key, SLevel& level) const;
+    void ReadSubkeys(CShdRegKey& key, SLevel& level) const;
+    // Makes the match the position and tells the observer; EndWalk when the
+    // observer ends the walk there.
+    ENext Report(SWalk& walk, const CString& keyPath, const CString* valueName);
+    bool IsCancelled(SWalk& walk) const;
+    // The current position as a match record.
+    SSearchPosition Position() const;
     HKEY StartRoot() const;
 
     bool m_initialised = false;
@@ -127,6 +191,8 @@ private:
     CString m_valueName;
     DWORD m_state = kStateNotSetUp;
     bool m_firstPass = true;
+
+    std::vector<std::unique_ptr<SLevel>> m_levels;
 
     // Last, so that a running step ends before the members it uses.
     CWorkerJob m_worker{kStepStackSize};

@@ -161,6 +161,54 @@ TEST_F(RegFinderTest, ResumeKeyThatVanishedBetweenStepsLetsTheWalkGoOn)
     EXPECT_EQ(Next(), "finished");
 }
 
+// A platform on which no key can be stamped: the finder then trusts nothing
+// it read in an earlier step and lists every level of the path again, as
+// the step-wise walk always did.
+class CNoStampPlatform : public CFaultInjectingPlatform {
+public:
+    LONG RegQueryKeyStampW(HKEY, DWORD*, DWORD*, FILETIME*) override { return ERROR_ACCESS_DENIED; }
+};
+
+TEST_F(RegFinderTest, ChangesBetweenStepsGiveWhatTheStepwiseWalkGives)
+{
+    struct SCase {
+        const char* name;
+        int stepsBefore;
+        void (*change)(HKEY top);
+    } const cases[] = {
+        {"a key added ahead", 3, [](HKEY top) { PutKey(top, "xa\\xa2"); }},
+        {"a key added behind", 5, [](HKEY top) { PutKey(top, "xa\\xa0"); }},
+        {"the current key deleted", 4, [](HKEY top) { DeleteTreeForTests(top, W("xa\\xa1")); }},
+        {"a value added to the current key", 2, [](HKEY top) { PutString(top, "xa", "xv2"); }},
+        {"a level replaced by one of the same size", 4,
+         [](HKEY top) {
+             DeleteTreeForTests(top, W("xa\\xa3"));
+             PutKey(top, "xa\\xa4");
+         }},
+    };
+    CNoStampPlatform noStamps;
+    for (const SCase& test : cases) {
+        SCOPED_TRACE(test.name);
+        CScratchKey scratch(TEXT("Search"));
+        for (const char* value : {"xv1", "xv3"})
+            PutString(scratch.Handle(), "xa", value);
+        for (const char* key : {"xa\\xa1", "xa\\xa3", "xb\\xb1"})
+            PutKey(scratch.Handle(), key);
+        CRegFinder stepwise;
+        for (CRegFinder* finder : {&m_finder, &stepwise})
+            finder->SetUp(NameSearch("x"), StartAt(HKEY_CURRENT_USER, scratch.Path(), nullptr, true));
+        CRegFinder::SSearchPosition match;
+        for (int step = 0; step < test.stepsBefore; ++step) {
+            ASSERT_TRUE(m_finder.Start() && m_finder.Collect(match));
+            CScopedPlatform scoped(noStamps);
+            ASSERT_TRUE(stepwise.Start() && stepwise.Collect(match));
+        }
+        test.change(scratch.Handle());
+        const Lines found = FindAll(m_finder, scratch.Path());
+        CScopedPlatform scoped(noStamps);
+        EXPECT_EQ(found, FindAll(stepwise, scratch.Path()));
+    }
+}
 
 TEST(RegFinderThreads, CancelEndsAStepAtOnceWithoutSignallingDone)
 {
@@ -392,6 +440,40 @@ TEST(FindAllSearch, RequestsCrossingTheThreadsEndNeverHang)
         EXPECT_EQ(search.GetState(), static_cast<DWORD>(CFindAllSearch::kCancelled));
         EXPECT_LE(search.GetResultCount(), 1u);
     }
+}
+
+// Counts the registry calls of a find-all over 1,110 keys of three values
+// each, every value matching, against the same search matching nothing: the
+// matches must not make the search walk again.
+TEST(FindAllSearch, EveryMatchCostsNoMoreThanTheWalkThatFindsIt)
+{
+#ifdef _WIN32
+    GTEST_SKIP() << "writing the tree into Wine's registry takes too long";
+#endif
+    CScratchKey scratch(TEXT("FindAllCalls"));
+    for (int key = 0; key < 1000; ++key) {
+        const std::string path = "k" + std::to_string(key / 100) + "\\k" + std::to_string(key / 10 % 10) +
+                                 "\\k" + std::to_string(key % 10);
+        for (const char* value : {"v1", "v2", "v3"})
+            PutString(scratch.Handle(), path.c_str(), value);
+    }
+    unsigned calls[2] = {};
+    int matches[2] = {};
+    for (int matching = 0; matching < 2; ++matching) {
+        CFaultInjectingPlatform counting;
+        CScopedPlatform scoped(counting);
+        CCountingSink sink;
+        CFindAllSearch search(sink);
+        ASSERT_TRUE(search.Start(NameSearch(matching != 0 ? "v" : "none"),
+                                 StartAt(HKEY_CURRENT_USER, scratch.Path(), nullptr, true)));
+        ASSERT_TRUE(sink.WaitForRanOut());
+        search.Finish();
+        calls[matching] = counting.RegistryCallCount();
+        matches[matching] = sink.m_added;
+    }
+    EXPECT_EQ(matches[0], 0);
+    EXPECT_EQ(matches[1], 3000);
+    EXPECT_LE(calls[1], calls[0] * 12 / 10) << "without a match: " << calls[0];
 }
 
 }  // namespace
