@@ -44,20 +44,32 @@ public:
 
     DWORD ValueCount();
     DWORD SubkeyCount();
+
+    // What an enumeration of the whole key needs to know first: how many
+    // subkeys and values it has and the lengths of their longest names, so
+    // that every name buffer is big enough at once. One query; when it
+    // fails, the counts say "until enumeration fails" and the lengths are
+    // the plain first capacity's.
+    static constexpr DWORD kUntilFailure = 0xFFFFFFFF;
+    static constexpr DWORD kPlainNameLength = 260;
+    struct SListing {
+        DWORD subkeys = kUntilFailure;
+        DWORD longestSubkey = kPlainNameLength;
+        DWORD values = kUntilFailure;
+        DWORD longestValueName = kPlainNameLength;
+    };
+    SListing QueryListing();
+
     // Enumeration by index from 0; it ends at the first failure of any kind.
-    // The Fast forms size their first buffer from the longest name.
-    bool EnumSubkey(DWORD index, CString& name);
-    bool EnumSubkeyFast(DWORD index, CString& name);
-    bool EnumValueName(DWORD index, CString& name, DWORD& type);
-    bool EnumValueNameFast(DWORD index, CString& name, DWORD& type);
+    // The first name buffer holds `longestName` characters and the NUL.
+    bool EnumSubkey(DWORD index, CString& name, DWORD longestName = kPlainNameLength);
+    bool EnumValueName(DWORD index, CString& name, DWORD& type, DWORD longestName = kPlainNameLength);
     bool EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBuffer& data);
     bool GetClass(CString& text);
     // The class string and the numbers of subkeys and values, in one query.
     bool GetInfo(CString& className, DWORD& subkeys, DWORD& values);
 
 private:
-    bool EnumSubkeyFrom(DWORD index, DWORD capacity, CString& name);
-    bool EnumValueNameFrom(DWORD index, DWORD capacity, CString& name, DWORD& type);
     bool QueryInfo(DWORD* subKeys, DWORD* maxSubKeyLength, DWORD* values, DWORD* maxValueNameLength);
 
     HKEY m_key = nullptr;
