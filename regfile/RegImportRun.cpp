@@ -143,7 +143,12 @@ bool CRegImportRun::ProcessLine(CString& line)
 
 bool CRegImportRun::ProcessKeyLine(bool deletion, HKEY root, const CString& path)
 {
+    // A second section of the key that is open goes on through its handle.
+    if (!deletion && m_key.IsOpen() && root == m_keyRoot && CompareNoCase(path, m_keyPath) == 0)
+        return true;
     m_key.Close();
+    m_keyRoot = root;
+    m_keyPath = path;
     m_hasCurrentKey = !deletion;
     m_inDeletedKey = deletion;
     if (deletion) {

@@ -46,6 +46,8 @@ private:
     EHeader m_header = EHeader::NotSeen;
     bool m_skippingToKey = false;
     CShdRegKey m_key;
+    HKEY m_keyRoot = nullptr;
+    CString m_keyPath;
     bool m_hasCurrentKey = false;
     bool m_inDeletedKey = false;
     bool m_continuation = false;
