@@ -17,97 +17,84 @@ namespace {
 
 // Registry-bound work is as fast as the registry calls it makes: each
 // operation over a generated tree makes an exact number of calls a key, so
-// that a change that adds one fails here.
-class CallCountTest : public testing::Test {
-protected:
-    static const unsigned kKeys = 13;
-
-    // A top key, three groups below it and three items below each group;
-    // every key holds the five kinds of value that registry files carry most.
-    CallCountTest() : m_scoped(m_counter), m_scratch(TEXT("CallCount")), m_file("call-count.reg")
-    {
-        for (const char* group : {"", "\\G0", "\\G1", "\\G2"}) {
-            for (const char* item : {"", "\\Item0", "\\Item1", "\\Item2"}) {
-                if (*group == 0 && *item != 0)
-                    continue;
-                const CString key = Path("Tree") + W(group) + W(item);
-                WriteTestValue(HKEY_CURRENT_USER, key, W("Text"), REG_SZ, Utf16Bytes(W("value \"1\""), true));
-                WriteTestValue(HKEY_CURRENT_USER, key, W("Number"), REG_DWORD, Bytes({1, 2, 3, 4}));
-                WriteTestValue(HKEY_CURRENT_USER, key, W("Blob"), REG_BINARY, Sequence(40));
-                WriteTestValue(HKEY_CURRENT_USER, key, W("List"), REG_MULTI_SZ,
-                               Utf16Bytes(W("a"), true) + Bytes({0, 0}));
-                WriteTestValue(HKEY_CURRENT_USER, key, W("Path"), REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%"), true));
-            }
-        }
-    }
-
-    CString Path(const char* below) const { return ChildKeyPath(m_scratch.Path(), W(below)); }
-
-    bool Export()
-    {
-        CRegExporter exporter;
-        bool result = false;
-        return exporter.Start(m_file.Path(), false, true, HKEY_CURRENT_USER, Path("Tree")) &&
-               exporter.GetResult(result) && result;
-    }
-    bool Import()
-    {
-        CString error;
-        return CRegImportRun(m_file.Path(), true).Run([] { return false; }, error);
-    }
-    bool SearchWalk()
-    {
-        SSearchParams params;
-        params.searchString = TEXT("no such text");
-        params.valueData = false;
-        SStartPosition start;
-        start.root = HKEY_CURRENT_USER;
-        start.keyPath = Path("Tree");
-        start.subtreeOnly = true;
-        CRegFinder finder;
-        finder.SetUp(params, start);
-        CRegFinder::SSearchPosition match;
-        return finder.Start() && !finder.Collect(match) && finder.IsFinished();
-    }
-
-    CFaultInjectingPlatform m_counter;
-    CScopedPlatform m_scoped;
-    CScratchKey m_scratch;
-    CTestFile m_file;
-};
-
-TEST_F(CallCountTest, EachOperationMakesAnExactNumberOfCallsAKey)
+// that a change that adds one fails here. In this order, each operation
+// leaves what the next needs: the file, an empty place, the tree again.
+TEST(CallCount, EachOperationMakesAnExactNumberOfCallsAKey)
 {
-    // In this order, each leaves what the next one needs: the file, an empty
-    // place, the tree again.
+    CFaultInjectingPlatform counter;
+    CScopedPlatform scoped(counter);
+    CScratchKey scratch(TEXT("CallCount"));
+    CTestFile file("call-count.reg");
+    const CString tree = ChildKeyPath(scratch.Path(), TEXT("Tree"));
+    // A top key, three groups below it and three items below each; every key
+    // holds the five kinds of value that registry files carry most.
+    const unsigned keys = 13;
+    for (const char* key : {"", "\\G0", "\\G1", "\\G2", "\\G0\\I0", "\\G0\\I1", "\\G0\\I2", "\\G1\\I0", "\\G1\\I1",
+                            "\\G1\\I2", "\\G2\\I0", "\\G2\\I1", "\\G2\\I2"}) {
+        const auto write = [&](const char* name, DWORD type, const std::vector<BYTE>& data) {
+            WriteTestValue(HKEY_CURRENT_USER, tree + W(key), W(name), type, data);
+        };
+        write("Text", REG_SZ, Utf16Bytes(W("value \"1\""), true));
+        write("Number", REG_DWORD, Bytes({1, 2, 3, 4}));
+        write("Blob", REG_BINARY, Sequence(40));
+        write("List", REG_MULTI_SZ, Utf16Bytes(W("a"), true) + Bytes({0, 0}));
+        write("Path", REG_EXPAND_SZ, Utf16Bytes(W("%TEMP%"), true));
+    }
+
     const struct {
         const char* operation;
         std::function<bool()> run;
         unsigned callsPerKey;
         int besides;
     } cases[] = {
-        // Open, the listing, a call a value, a call a subkey, close; the top
-        // key is nobody's subkey.
-        {"export", [this] { return Export(); }, 9, -1},
-        // Open, the count, a call a subkey, close, delete; the top key is
-        // nobody's subkey, and the end flushes and checks that it is gone.
-        {"key delete", [this] { return DeleteKeyTree(HKEY_CURRENT_USER, Path("Tree")); }, 5, 1},
+        // Open, the count query, a call a value, a call a subkey, close; the
+        // top key is nobody's subkey.
+        {"export",
+         [&] {
+             CRegExporter exporter;
+             bool result = false;
+             return exporter.Start(file.Path(), false, true, HKEY_CURRENT_USER, tree) && exporter.GetResult(result) &&
+                    result;
+         },
+         9, -1},
+        // Open, the count, a call a subkey, close, delete; the end flushes and
+        // checks that the key is gone.
+        {"key delete", [&] { return DeleteKeyTree(HKEY_CURRENT_USER, tree); }, 5, -1 + 2},
         // Create, a write a value, close; the end flushes the four roots.
-        {"import", [this] { return Import(); }, 7, 4},
+        {"import",
+         [&] {
+             CString error;
+             return CRegImportRun(file.Path(), true).Run([] { return false; }, error);
+         },
+         7, 4},
         // Open, the class and counts, create, a read and a write a value, a
         // call a subkey, both closes; the top is flushed.
         {"key paste",
-         [this] { return CopyKeyTree(HKEY_CURRENT_USER, Path("Tree"), HKEY_CURRENT_USER, Path("Copy")); }, 16, 0},
-        // Open, a call a value and one for the end, the listing, a call a
-        // subkey, close; on the way down from the root, the four keys above
-        // the tree are each opened, listed (with their one subkey) and closed.
-        {"search walk", [this] { return SearchWalk(); }, 10, 4 * 4},
+         [&] { return CopyKeyTree(HKEY_CURRENT_USER, tree, HKEY_CURRENT_USER, tree + TEXT(" (2)")); }, 16, -1 + 1},
+        // Open, a call a value and one for the end, the count query, a call a
+        // subkey, close; the four keys above the tree are each opened, listed
+        // (with their one subkey) and closed on the way down.
+        {"search walk",
+         [&] {
+             SSearchParams params;
+             params.searchString = TEXT("no such text");
+             params.valueData = false;
+             SStartPosition start;
+             start.root = HKEY_CURRENT_USER;
+             start.keyPath = tree;
+             start.subtreeOnly = true;
+             CRegFinder finder;
+             finder.SetUp(params, start);
+             CRegFinder::SSearchPosition match;
+             return finder.Start() && !finder.Collect(match) && finder.IsFinished();
+         },
+         10, 4 * 4},
     };
     for (const auto& test : cases) {
-        m_counter.ResetRegistryCallCount();
+        counter.ResetRegistryCallCount();
         EXPECT_TRUE(test.run()) << test.operation;
-        const int expected = static_cast<int>(test.callsPerKey * kKeys) + test.besides;
-        EXPECT_EQ(static_cast<int>(m_counter.RegistryCallCount()), expected) << test.operation;
+        const int expected = static_cast<int>(test.callsPerKey * keys) + test.besides;
+        EXPECT_EQ(static_cast<int>(counter.RegistryCallCount()), expected) << test.operation;
     }
 }
 
