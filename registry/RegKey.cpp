@@ -93,13 +93,31 @@ bool CShdRegKey::Open(HKEY parent, LPCWSTR path)
     return true;
 }
 
-bool CShdRegKey::Create(HKEY parent, LPCWSTR path, LPCWSTR className)
+bool CShdRegKey::Create(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew)
 {
     Close();
     HKEY key = nullptr;
     DWORD disposition = 0;
-    if (Platform().RegCreateKeyExW(parent, path != nullptr ? path : TEXT(""), className, 0, 0, &key,
-                                   &disposition) != ERROR_SUCCESS)
+    const LONG status =
+        Platform().RegCreateKeyExW(parent, path != nullptr ? path : TEXT(""), className, 0, 0, &key, &disposition);
+    return TakeCreated(status, key, disposition, createdNew);
+}
+
+bool CShdRegKey::CreateAbsent(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew)
+{
+    Close();
+    HKEY key = nullptr;
+    DWORD disposition = 0;
+    const LONG status =
+        Platform().RegCreateAbsentKeyW(parent, path != nullptr ? path : TEXT(""), className, &key, &disposition);
+    return TakeCreated(status, key, disposition, createdNew);
+}
+
+bool CShdRegKey::TakeCreated(LONG status, HKEY key, DWORD disposition, bool* createdNew)
+{
+    if (createdNew != nullptr)
+        *createdNew = status == ERROR_SUCCESS && disposition == REG_CREATED_NEW_KEY;
+    if (status != ERROR_SUCCESS)
         return false;
     m_key = key;
     return true;

@@ -18,10 +18,14 @@ public:
     HKEY GetHandle() const { return m_key; }
     bool IsOpen() const { return m_key != nullptr; }
 
-    // Both close any key already open first. An empty path opens the parent
-    // itself. Create opens an existing key as well.
+    // All close any key already open first. An empty path opens the parent
+    // itself. Create opens an existing key as well; `createdNew`, when given,
+    // says whether the key was absent before. CreateAbsent is Create for a
+    // key that the caller knows to be absent, which some platforms make in
+    // fewer calls.
     bool Open(HKEY parent, LPCWSTR path);
-    bool Create(HKEY parent, LPCWSTR path, LPCWSTR className);
+    bool Create(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew = nullptr);
+    bool CreateAbsent(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew = nullptr);
     void Close(bool flush);
     void Close() { Close(m_flushOnClose); }
 
@@ -70,6 +74,7 @@ public:
     bool GetInfo(CString& className, DWORD& subkeys, DWORD& values);
 
 private:
+    bool TakeCreated(LONG status, HKEY key, DWORD disposition, bool* createdNew);
     bool QueryInfo(DWORD* subKeys, DWORD* maxSubKeyLength, DWORD* values, DWORD* maxValueNameLength);
 
     HKEY m_key = nullptr;
