@@ -76,15 +76,15 @@ TEST(CallCount, EachOperationMakesAnExactNumberOfCallsAKey)
         // (with their one subkey) and closed on the way down.
         {"search walk",
          [&] {
-             SSearchParams params;
-             params.searchString = TEXT("no such text");
-             params.valueData = false;
              SStartPosition start;
              start.root = HKEY_CURRENT_USER;
              start.keyPath = tree;
              start.subtreeOnly = true;
              CRegFinder finder;
-             finder.SetUp(params, start);
+             SSearchParams names;
+             names.valueData = false;
+             names.searchString = TEXT("no such text");
+             finder.SetUp(names, start);
              CRegFinder::SSearchPosition match;
              return finder.Start() && !finder.Collect(match) && finder.IsFinished();
          },
