@@ -21,6 +21,13 @@ public:
     virtual LONG RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY* result) = 0;
     virtual LONG RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWSTR className, DWORD options, REGSAM sam,
                                  HKEY* result, DWORD* disposition) = 0;
+    // RegCreateKeyExW for a key that the caller knows to be absent: a
+    // platform may skip what it does only to keep an existing key as it was.
+    virtual LONG RegCreateAbsentKeyW(HKEY parent, LPCWSTR subKey, LPCWSTR className, HKEY* result,
+                                     DWORD* disposition)
+    {
+        return RegCreateKeyExW(parent, subKey, className, 0, 0, result, disposition);
+    }
     virtual LONG RegCloseKey(HKEY key) = 0;
     virtual LONG RegFlushKey(HKEY key) = 0;
     virtual LONG RegQueryValueExW(HKEY key, LPCWSTR name, DWORD* type, BYTE* data, DWORD* size) = 0;

@@ -43,6 +43,14 @@ LONG CWin32Platform::RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWSTR classN
                              disposition);
 }
 
+LONG CWin32Platform::RegCreateAbsentKeyW(HKEY parent, LPCWSTR subKey, LPCWSTR className, HKEY* result,
+                                         DWORD* disposition)
+{
+    // No class to keep: one call instead of two for a new key.
+    return ::RegCreateKeyExW(parent, subKey, 0, const_cast<LPWSTR>(className), 0, KEY_READ | KEY_WRITE, nullptr,
+                             result, disposition);
+}
+
 LONG CWin32Platform::RegCloseKey(HKEY key)
 {
     return ::RegCloseKey(key);

@@ -8,6 +8,8 @@
 class CWin32Platform : public IPlatform {
 public:
     LONG RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY* result) override;
+    LONG RegCreateAbsentKeyW(HKEY parent, LPCWSTR subKey, LPCWSTR className, HKEY* result,
+                             DWORD* disposition) override;
     LONG RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWSTR className, DWORD options, REGSAM sam, HKEY* result,
                          DWORD* disposition) override;
     LONG RegCloseKey(HKEY key) override;

@@ -11,6 +11,7 @@
 #include "regfile/RegImporter.h"
 #include "registry/RegKey.h"
 #include "resources/resource.h"
+#include "settings/Settings.h"
 
 namespace {
 
@@ -129,7 +130,8 @@ bool RunExportJob(HWND owner, LPCWSTR file, bool unicode, HKEY root, LPCWSTR sub
 bool RunImportJob(HWND owner, LPCWSTR file)
 {
     CRegImporter importer;
-    if (!importer.Start(file))
+    // The header check follows the user's setting at the time the job starts.
+    if (!importer.Start(file, !Settings().GetDoNotCheckImportHeader()))
         return false;
     if (owner != nullptr)
         UpdateWindow(owner);

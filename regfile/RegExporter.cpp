@@ -63,8 +63,11 @@ bool CRegExporter::WriteTree(CRegFileWriter& writer, HKEY parent, LPCWSTR openPa
         return true;
     if (IsCancelled() || !writer.WriteKeyLine(root, path))
         return false;
+    // One query tells how many values and subkeys to read, which spares the
+    // two calls that would only report the ends of the enumerations.
+    const CShdRegKey::SListing listing = key.QueryListing();
     DWORD type = 0;
-    for (DWORD index = 0; key.EnumValue(index, m_valueName, type, m_valueData); ++index) {
+    for (DWORD index = 0; index < listing.values && key.EnumValue(index, m_valueName, type, m_valueData); ++index) {
         if (IsCancelled() || !writer.WriteValueLine(m_valueName, type, m_valueData))
             return false;
     }
@@ -72,7 +75,7 @@ bool CRegExporter::WriteTree(CRegFileWriter& writer, HKEY parent, LPCWSTR openPa
         return false;
 
     std::vector<CString> subkeys;
-    if (!ReadSortedSubkeyNames(key, subkeys))
+    if (!ReadSortedSubkeyNames(key, listing, subkeys))
         return false;
     // Each subkey opens relative to its open parent, which spares the
     // registry a walk down the whole path.

@@ -139,7 +139,12 @@ bool CRegImportRun::ProcessLine(CString& line)
 
 bool CRegImportRun::ProcessKeyLine(bool deletion, HKEY root, const CString& path)
 {
+    // A second section of the key that is open goes on through its handle.
+    if (!deletion && m_key.IsOpen() && root == m_keyRoot && CompareNoCase(path, m_keyPath) == 0)
+        return true;
     m_key.Close();
+    m_keyRoot = root;
+    m_keyPath = path;
     m_hasCurrentKey = !deletion;
     m_inDeletedKey = deletion;
     if (deletion) {
@@ -147,9 +152,34 @@ bool CRegImportRun::ProcessKeyLine(bool deletion, HKEY root, const CString& path
         // the registry. It counts as a change that could not be made.
         if (path.IsEmpty() || !DeleteKeyTree(root, path))
             m_partial = true;
-    } else if (!m_key.Create(root, path, TEXT(""))) {
+        // What was deleted may come back, from this file or another program.
+        m_newKeys.clear();
+    } else if (!CreateKey(root, path)) {
         // The key's values will fail to be written, and say so too.
         m_partial = true;
+    }
+    return true;
+}
+
+bool CRegImportRun::CreateKey(HKEY root, const CString& path)
+{
+    // Below a key that this run created new there is nothing but what this
+    // run made, with no class: nothing that a create could spoil, so the
+    // platform need not look for an existing key first (which files of new
+    // keys would otherwise pay once a key). Files list a key's subtree after
+    // it, so the keys made new above the current one are a short chain.
+    while (!m_newKeys.empty() &&
+           !IsSameOrDescendant(root, path, m_newKeys.back().root, m_newKeys.back().path, true))
+        m_newKeys.pop_back();
+    bool createdNew = false;
+    if (!(m_newKeys.empty() ? m_key.Create(root, path, TEXT(""), &createdNew)
+                            : m_key.CreateAbsent(root, path, TEXT(""), &createdNew)))
+        return false;
+    try {
+        if (createdNew)
+            m_newKeys.push_back({root, path});
+    } catch (const std::bad_alloc&) {
+        // Without the record, the keys below are only created the slower way.
     }
     return true;
 }

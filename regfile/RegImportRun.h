@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include "base/BinaryBuffer.h"
 #include "base/CString.h"
@@ -28,6 +29,7 @@ private:
     // False when the line stops the import (m_error says why).
     bool ProcessLine(CString& line);
     bool ProcessKeyLine(bool deletion, HKEY root, const CString& path);
+    bool CreateKey(HKEY root, const CString& path);
     bool ProcessValueLine(CString& line);
     // Goes on after value data was parsed (a whole value or one more line).
     bool TakeData(regsyntax::EData result);
@@ -46,6 +48,15 @@ private:
     EHeader m_header = EHeader::NotSeen;
     bool m_skippingToKey = false;
     CShdRegKey m_key;
+    HKEY m_keyRoot = nullptr;
+    CString m_keyPath;
+    // Keys that this run created and that were absent before it, each below
+    // the one before: those above the last key line.
+    struct SNewKey {
+        HKEY root;
+        CString path;
+    };
+    std::vector<SNewKey> m_newKeys;
     bool m_hasCurrentKey = false;
     bool m_inDeletedKey = false;
     bool m_continuation = false;

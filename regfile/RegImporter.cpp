@@ -1,18 +1,17 @@
 #include "regfile/RegImporter.h"
 
 #include "regfile/RegImportRun.h"
-#include "settings/Settings.h"
 
 CRegImporter::~CRegImporter()
 {
     Cancel(false);
 }
 
-bool CRegImporter::Start(LPCWSTR path)
+bool CRegImporter::Start(LPCWSTR path, bool checkHeader)
 {
     if (IsRunning())
         return false;
-    m_checkHeader = !Settings().GetDoNotCheckImportHeader();
+    m_checkHeader = checkHeader;
     m_errorText.Empty();
     return StartJob(path);
 }

@@ -33,8 +33,11 @@ LONG ParseLong(const CString& text)
 }
 
 // Only the top of the copy is flushed: a flush writes the whole hive, so
-// once at the end covers every key below it.
-bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath, bool flush)
+// once at the end covers every key below it. Below a target that the copy
+// created new, every target is known to be absent, which some platforms
+// create in fewer calls.
+bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targetPath, bool flush,
+              bool targetAbsent)
 {
     CShdRegKey source(false);
     if (!source.Open(sourceRoot, sourcePath))
@@ -45,7 +48,9 @@ bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targ
     DWORD values = 0;
     bool ok = source.GetInfo(text, subkeys, values);
     CShdRegKey target(flush);
-    if (!target.Create(targetRoot, targetPath, text))
+    bool createdNew = false;
+    if (!(targetAbsent ? target.CreateAbsent(targetRoot, targetPath, text, &createdNew)
+                       : target.Create(targetRoot, targetPath, text, &createdNew)))
         return false;
 
     DWORD type = 0;
@@ -57,7 +62,8 @@ bool CopyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR targ
             ok = false;
     }
     for (DWORD index = 0; index < subkeys; ++index) {
-        if (!source.EnumSubkey(index, text) || !CopyTree(source.GetHandle(), text, target.GetHandle(), text, false))
+        if (!source.EnumSubkey(index, text) ||
+            !CopyTree(source.GetHandle(), text, target.GetHandle(), text, false, createdNew))
             ok = false;
     }
     return ok;
@@ -106,7 +112,7 @@ bool CopyKeyTree(HKEY sourceRoot, LPCWSTR sourcePath, HKEY targetRoot, LPCWSTR t
     // subkeys still to copy, for ever.
     if (sourceRoot == targetRoot && (*source == 0 || IsSameOrDescendant(targetRoot, target, sourceRoot, source, true)))
         return false;
-    return CopyTree(sourceRoot, source, targetRoot, target, true);
+    return CopyTree(sourceRoot, source, targetRoot, target, true, false);
 }
 
 bool DeleteKeyTree(HKEY root, LPCWSTR path)

@@ -1,6 +1,7 @@
 #include "registry/RegKey.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <vector>
 
 #include "base/Text.h"
@@ -9,19 +10,64 @@
 
 namespace {
 
-const DWORD kFirstNameCapacity = 260 + 1;
 const DWORD kFirstDataCapacity = 1024 + 1;
 
-// The growth rule for a buffer that a call fills. A name that exactly fills
-// its buffer does not fit (the call reports ERROR_MORE_DATA). When the call
-// tells the length it needs, the buffer grows to that; when it only repeats
-// the capacity (as it does for names), by half. No progress is a failure.
-bool NextCapacity(LONG status, DWORD returned, DWORD& capacity)
+// One buffer that a registry call fills: its capacity (characters for a
+// name, bytes for data) and the length that the call reported.
+struct SGrowingBuffer {
+    DWORD capacity;
+    bool isName;
+    DWORD length = 0;
+
+    // A name that exactly fills its buffer does not fit (the call reports
+    // ERROR_MORE_DATA); data may fill it.
+    bool Fits() const { return isName ? length < capacity : length <= capacity; }
+    // When the call tells the length it needs, the buffer grows to that; when
+    // it only repeats the capacity (as it does for names), by half. No
+    // progress is no growth.
+    bool Grow(LONG status)
+    {
+        if (status != ERROR_MORE_DATA || length < capacity)
+            return false;
+        capacity = length > capacity ? length + 1 : std::max(capacity * 3 / 2, capacity + 1);
+        return true;
+    }
+};
+
+// Repeats `call`, which fills the buffers at their capacities, sets their
+// lengths and returns the call's status, until it succeeds with every buffer
+// big enough; false at the first failure that growing cannot mend.
+template <typename Call>
+bool ReadGrowing(std::initializer_list<SGrowingBuffer*> buffers, Call call)
 {
-    if (status != ERROR_MORE_DATA || returned < capacity)
-        return false;
-    capacity = returned > capacity ? returned + 1 : std::max(capacity * 3 / 2, capacity + 1);
-    return true;
+    for (;;) {
+        const LONG status = call();
+        if (status == ERROR_SUCCESS &&
+            std::all_of(buffers.begin(), buffers.end(), [](const SGrowingBuffer* buffer) { return buffer->Fits(); }))
+            return true;
+        bool grew = false;
+        for (SGrowingBuffer* buffer : buffers)
+            grew = buffer->Grow(status) || grew;
+        if (!grew)
+            return false;
+    }
+}
+
+// A name read by `call(buffer, length)` with the growth rule, starting from
+// room for `longest` characters.
+template <typename Call>
+bool ReadName(DWORD longest, CString& name, Call call)
+{
+    std::vector<WCHAR> buffer;
+    SGrowingBuffer chars{longest + 1, true};
+    const bool read = ReadGrowing({&chars}, [&]() -> LONG {
+        buffer.assign(chars.capacity + 1, 0);
+        chars.length = chars.capacity;
+        return call(buffer.data(), &chars.length);
+    });
+    if (read)
+        name = CString(buffer.data(), chars.length);
+    return read;
 }
 
 }  // namespace
@@ -43,13 +89,31 @@ bool CShdRegKey::Open(HKEY parent, LPCWSTR path)
     return true;
 }
 
-bool CShdRegKey::Create(HKEY parent, LPCWSTR path, LPCWSTR className)
+bool CShdRegKey::Create(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew)
 {
     Close();
     HKEY key = nullptr;
     DWORD disposition = 0;
-    if (Platform().RegCreateKeyExW(parent, path != nullptr ? path : TEXT(""), className, 0, 0, &key,
-                                   &disposition) != ERROR_SUCCESS)
+    const LONG status =
+        Platform().RegCreateKeyExW(parent, path != nullptr ? path : TEXT(""), className, 0, 0, &key, &disposition);
+    return TakeCreated(status, key, disposition, createdNew);
+}
+
+bool CShdRegKey::CreateAbsent(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew)
+{
+    Close();
+    HKEY key = nullptr;
+    DWORD disposition = 0;
+    const LONG status =
+        Platform().RegCreateAbsentKeyW(parent, path != nullptr ? path : TEXT(""), className, &key, &disposition);
+    return TakeCreated(status, key, disposition, createdNew);
+}
+
+bool CShdRegKey::TakeCreated(LONG status, HKEY key, DWORD disposition, bool* createdNew)
+{
+    if (createdNew != nullptr)
+        *createdNew = status == ERROR_SUCCESS && disposition == REG_CREATED_NEW_KEY;
+    if (status != ERROR_SUCCESS)
         return false;
     m_key = key;
     return true;
@@ -139,21 +203,18 @@ bool CShdRegKey::ReadValue(LPCWSTR name, DWORD& type, CShdBinaryBuffer& data)
 {
     type = REG_NONE;
     data.Clear();
-    DWORD capacity = 0;
-    if (m_key == nullptr || Platform().RegQueryValueExW(m_key, name, &type, nullptr, &capacity) != ERROR_SUCCESS)
+    SGrowingBuffer bytes{0, false};
+    if (m_key == nullptr ||
+        Platform().RegQueryValueExW(m_key, name, &type, nullptr, &bytes.capacity) != ERROR_SUCCESS)
         return false;
-    for (;;) {
-        if (!data.SetSize(capacity))
-            break;
-        DWORD size = capacity;
-        const LONG status = Platform().RegQueryValueExW(m_key, name, &type, data.GetData(), &size);
-        if (status == ERROR_SUCCESS && size <= capacity) {
-            data.SetSize(size);
-            return true;
-        }
-        if (!NextCapacity(status, size, capacity))
-            break;
-    }
+    const bool read = ReadGrowing({&bytes}, [&]() -> LONG {
+        if (!data.SetSize(bytes.capacity))
+            return ERROR_NOT_ENOUGH_MEMORY;
+        bytes.length = bytes.capacity;
+        return Platform().RegQueryValueExW(m_key, name, &type, data.GetData(), &bytes.length);
+    });
+    if (read)
+        return data.SetSize(bytes.length);
     data.Clear();
     type = REG_NONE;
     return false;
@@ -193,70 +254,33 @@ DWORD CShdRegKey::SubkeyCount()
     return QueryInfo(&subKeys, nullptr, nullptr, nullptr) ? subKeys : 0;
 }
 
-bool CShdRegKey::EnumSubkeyFrom(DWORD index, DWORD capacity, CString& name)
+CShdRegKey::SListing CShdRegKey::QueryListing()
+{
+    SListing listing;
+    SListing known;
+    if (QueryInfo(&known.subkeys, &known.longestSubkey, &known.values, &known.longestValueName))
+        listing = known;
+    return listing;
+}
+
+bool CShdRegKey::EnumSubkey(DWORD index, CString& name, DWORD longestName)
 {
     name.Empty();
-    if (m_key == nullptr)
-        return false;
-    std::vector<WCHAR> buffer;
-    for (;;) {
-        buffer.assign(capacity + 1, 0);
-        DWORD length = capacity;
-        const LONG status = Platform().RegEnumKeyExW(m_key, index, buffer.data(), &length);
-        if (status == ERROR_SUCCESS && length < capacity) {
-            name = CString(buffer.data(), length);
-            return true;
-        }
-        if (!NextCapacity(status, length, capacity))
-            return false;
-    }
+    return m_key != nullptr && ReadName(longestName, name, [&](LPWSTR buffer, DWORD* length) {
+               return Platform().RegEnumKeyExW(m_key, index, buffer, length);
+           });
 }
 
-bool CShdRegKey::EnumSubkey(DWORD index, CString& name)
-{
-    return EnumSubkeyFrom(index, kFirstNameCapacity, name);
-}
-
-bool CShdRegKey::EnumSubkeyFast(DWORD index, CString& name)
-{
-    DWORD longest = 0;
-    if (!QueryInfo(nullptr, &longest, nullptr, nullptr))
-        longest = 260;
-    return EnumSubkeyFrom(index, longest, name);
-}
-
-bool CShdRegKey::EnumValueNameFrom(DWORD index, DWORD capacity, CString& name, DWORD& type)
+bool CShdRegKey::EnumValueName(DWORD index, CString& name, DWORD& type, DWORD longestName)
 {
     name.Empty();
     type = REG_NONE;
-    if (m_key == nullptr)
-        return false;
-    std::vector<WCHAR> buffer;
-    for (;;) {
-        buffer.assign(capacity + 1, 0);
-        DWORD length = capacity;
-        const LONG status = Platform().RegEnumValueW(m_key, index, buffer.data(), &length, &type, nullptr, nullptr);
-        if (status == ERROR_SUCCESS && length < capacity) {
-            name = CString(buffer.data(), length);
-            return true;
-        }
-        type = REG_NONE;
-        if (!NextCapacity(status, length, capacity))
-            return false;
-    }
-}
-
-bool CShdRegKey::EnumValueName(DWORD index, CString& name, DWORD& type)
-{
-    return EnumValueNameFrom(index, kFirstNameCapacity, name, type);
-}
-
-bool CShdRegKey::EnumValueNameFast(DWORD index, CString& name, DWORD& type)
-{
-    DWORD longest = 0;
-    if (!QueryInfo(nullptr, nullptr, nullptr, &longest))
-        longest = 260;
-    return EnumValueNameFrom(index, longest, name, type);
+    if (m_key != nullptr && ReadName(longestName, name, [&](LPWSTR buffer, DWORD* length) {
+            return Platform().RegEnumValueW(m_key, index, buffer, length, &type, nullptr, nullptr);
+        }))
+        return true;
+    type = REG_NONE;
+    return false;
 }
 
 bool CShdRegKey::EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBuffer& data)
@@ -266,27 +290,22 @@ bool CShdRegKey::EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBu
     data.Clear();
     if (m_key == nullptr)
         return false;
-    DWORD nameCapacity = kFirstNameCapacity;
-    DWORD dataCapacity = kFirstDataCapacity;
     std::vector<WCHAR> buffer;
-    for (;;) {
-        buffer.assign(nameCapacity + 1, 0);
-        if (!data.SetSize(dataCapacity))
-            break;
-        DWORD length = nameCapacity;
-        DWORD size = dataCapacity;
-        const LONG status =
-            Platform().RegEnumValueW(m_key, index, buffer.data(), &length, &type, data.GetData(), &size);
-        if (status == ERROR_SUCCESS && length < nameCapacity && size <= dataCapacity) {
-            name = CString(buffer.data(), length);
-            data.SetSize(size);
-            return true;
-        }
-        // Either buffer may be the one that was short; grow whichever was.
-        const bool nameGrew = NextCapacity(status, length, nameCapacity);
-        const bool dataGrew = status == ERROR_MORE_DATA && size > dataCapacity && NextCapacity(status, size, dataCapacity);
-        if (!nameGrew && !dataGrew)
-            break;
+    // Either buffer may be the one that was short; whichever was grows.
+    SGrowingBuffer chars{kPlainNameLength + 1, true};
+    SGrowingBuffer bytes{kFirstDataCapacity, false};
+    const bool read = ReadGrowing({&chars, &bytes}, [&]() -> LONG {
+        buffer.assign(chars.capacity + 1, 0);
+        if (!data.SetSize(bytes.capacity))
+            return ERROR_NOT_ENOUGH_MEMORY;
+        chars.length = chars.capacity;
+        bytes.length = bytes.capacity;
+        return Platform().RegEnumValueW(m_key, index, buffer.data(), &chars.length, &type, data.GetData(),
+                                        &bytes.length);
+    });
+    if (read && data.SetSize(bytes.length)) {
+        name = CString(buffer.data(), chars.length);
+        return true;
     }
     type = REG_NONE;
     data.Clear();
@@ -305,24 +324,13 @@ bool CShdRegKey::GetInfo(CString& className, DWORD& subkeys, DWORD& values)
     className.Empty();
     subkeys = 0;
     values = 0;
-    if (m_key == nullptr)
-        return false;
-    DWORD capacity = 260;
-    std::vector<WCHAR> buffer;
-    for (;;) {
-        buffer.assign(capacity + 1, 0);
-        DWORD length = capacity;
-        const LONG status = Platform().RegQueryInfoKeyW(m_key, buffer.data(), &length, &subkeys, nullptr, &values,
-                                                        nullptr, nullptr);
-        if (status == ERROR_SUCCESS && length < capacity) {
-            className = CString(buffer.data(), length);
-            return true;
-        }
-        subkeys = 0;
-        values = 0;
-        if (!NextCapacity(status, length, capacity))
-            return false;
-    }
+    if (m_key != nullptr && ReadName(kPlainNameLength - 1, className, [&](LPWSTR buffer, DWORD* length) {
+            return Platform().RegQueryInfoKeyW(m_key, buffer, length, &subkeys, nullptr, &values, nullptr, nullptr);
+        }))
+        return true;
+    subkeys = 0;
+    values = 0;
+    return false;
 }
 
 bool CShdRegKey::GetStamp(SRegKeyStamp& stamp)

@@ -34,10 +34,14 @@ public:
     HKEY GetHandle() const { return m_key; }
     bool IsOpen() const { return m_key != nullptr; }
 
-    // Both close any key already open first. An empty path opens the parent
-    // itself. Create opens an existing key as well.
+    // All close any key already open first. An empty path opens the parent
+    // itself. Create opens an existing key as well; `createdNew`, when given,
+    // says whether the key was absent before. CreateAbsent is Create for a
+    // key that the caller knows to be absent, which some platforms make in
+    // fewer calls.
     bool Open(HKEY parent, LPCWSTR path);
-    bool Create(HKEY parent, LPCWSTR path, LPCWSTR className);
+    bool Create(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew = nullptr);
+    bool CreateAbsent(HKEY parent, LPCWSTR path, LPCWSTR className, bool* createdNew = nullptr);
     void Close(bool flush);
     void Close() { Close(m_flushOnClose); }
 
@@ -60,12 +64,26 @@ public:
 
     DWORD ValueCount();
     DWORD SubkeyCount();
+
+    // What an enumeration of the whole key needs to know first: how many
+    // subkeys and values it has and the lengths of their longest names, so
+    // that every name buffer is big enough at once. One query; when it
+    // fails, the counts say "until enumeration fails" and the lengths are
+    // the plain first capacity's.
+    static constexpr DWORD kUntilFailure = 0xFFFFFFFF;
+    static constexpr DWORD kPlainNameLength = 260;
+    struct SListing {
+        DWORD subkeys = kUntilFailure;
+        DWORD longestSubkey = kPlainNameLength;
+        DWORD values = kUntilFailure;
+        DWORD longestValueName = kPlainNameLength;
+    };
+    SListing QueryListing();
+
     // Enumeration by index from 0; it ends at the first failure of any kind.
-    // The Fast forms size their first buffer from the longest name.
-    bool EnumSubkey(DWORD index, CString& name);
-    bool EnumSubkeyFast(DWORD index, CString& name);
-    bool EnumValueName(DWORD index, CString& name, DWORD& type);
-    bool EnumValueNameFast(DWORD index, CString& name, DWORD& type);
+    // The first name buffer holds `longestName` characters and the NUL.
+    bool EnumSubkey(DWORD index, CString& name, DWORD longestName = kPlainNameLength);
+    bool EnumValueName(DWORD index, CString& name, DWORD& type, DWORD longestName = kPlainNameLength);
     bool EnumValue(DWORD index, CString& name, DWORD& type, CShdBinaryBuffer& data);
     bool GetClass(CString& text);
     // The class string and the numbers of subkeys and values, in one query.
@@ -74,8 +92,7 @@ public:
     bool GetStamp(SRegKeyStamp& stamp);
 
 private:
-    bool EnumSubkeyFrom(DWORD index, DWORD capacity, CString& name);
-    bool EnumValueNameFrom(DWORD index, DWORD capacity, CString& name, DWORD& type);
+    bool TakeCreated(LONG status, HKEY key, DWORD disposition, bool* createdNew);
     bool QueryInfo(DWORD* subKeys, DWORD* maxSubKeyLength, DWORD* values, DWORD* maxValueNameLength);
 
     HKEY m_key = nullptr;

@@ -4,7 +4,6 @@
 #include <new>
 
 #include "base/Text.h"
-#include "registry/RegKey.h"
 
 namespace {
 
@@ -22,10 +21,16 @@ void SortNamesNoCase(std::vector<CString>& names)
 
 bool ReadSortedSubkeyNames(CShdRegKey& key, std::vector<CString>& names)
 {
+    return ReadSortedSubkeyNames(key, key.QueryListing(), names);
+}
+
+bool ReadSortedSubkeyNames(CShdRegKey& key, const CShdRegKey::SListing& listing, std::vector<CString>& names)
+{
     names.clear();
     CString name;
     try {
-        for (DWORD index = 0; key.EnumSubkeyFast(index, name); ++index)
+        // The count spares the call that would only report the end.
+        for (DWORD index = 0; index < listing.subkeys && key.EnumSubkey(index, name, listing.longestSubkey); ++index)
             names.push_back(name);
     } catch (const std::bad_alloc&) {
         names.clear();

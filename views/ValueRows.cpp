@@ -16,7 +16,9 @@ bool LoadValueRows(HKEY root, LPCWSTR path, const SCutValue* cut, std::vector<SV
     std::vector<CString> names;
     CString name;
     DWORD type = REG_NONE;
-    for (DWORD index = 0; key.EnumValueNameFast(index, name, type); ++index)
+    const CShdRegKey::SListing listing = key.QueryListing();
+    for (DWORD index = 0; index < listing.values && key.EnumValueName(index, name, type, listing.longestValueName);
+         ++index)
         names.push_back(name);
     SortNamesNoCase(names);
 

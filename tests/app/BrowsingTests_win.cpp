@@ -74,7 +74,11 @@ TEST_F(BrowsingTest, KeysLoadSortedWithExpandButtonsOnlyWhereSubkeysExist)
     CreateKey(TEXT("c"));
     ASSERT_TRUE(NavigateTo(TEXT("")));
     ASSERT_EQ(Children(Tree().GetSelectedItem()), "(not filled yet)");
+    m_faults.ResetRegistryCallCount();
     SendMessageW(m_tree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(Tree().GetSelectedItem()));
+    // The key's open, listing and close; a call a child for its name, and an
+    // open, a count and a close for its expand button.
+    EXPECT_EQ(m_faults.RegistryCallCount(), 3u + 3 * 4) << "registry calls of the expansion";
     EXPECT_EQ(Children(Item(TEXT(""))), "A,b,c");
     EXPECT_EQ(Children(Item(TEXT("A"))), "(not filled yet)") << "an expand button before the key is loaded";
     EXPECT_EQ(Children(Item(TEXT("b"))), "");

@@ -71,6 +71,10 @@ TEST_F(RegistryConformance, KeysAreFoundWithoutRegardToCaseAndKeepTheirCase)
     HKEY created = Create(m_key, W("Mixed\\Ärger"), nullptr, &disposition);
     EXPECT_EQ(disposition, static_cast<DWORD>(REG_CREATED_NEW_KEY));
     m_platform.RegCloseKey(created);
+    HKEY absent = nullptr;
+    EXPECT_EQ(m_platform.RegCreateAbsentKeyW(m_key, W("Mixed\\Ärger\\New"), nullptr, &absent, &disposition), 0);
+    EXPECT_EQ(disposition, static_cast<DWORD>(REG_CREATED_NEW_KEY));
+    m_platform.RegCloseKey(absent);
     HKEY again = Create(m_key, W("MIXED\\ärger"), nullptr, &disposition);
     EXPECT_EQ(disposition, static_cast<DWORD>(REG_OPENED_EXISTING_KEY));
     m_platform.RegCloseKey(again);

@@ -7,7 +7,6 @@
 #include "regfile/RegImporter.h"
 #include "regfile/RegImportRun.h"
 #include "registry/RegKey.h"
-#include "settings/Settings.h"
 #include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestFiles.h"
@@ -199,33 +198,31 @@ TEST_F(RegImportRunTest, CancelIsSeenOnlyAtTheEnd)
     EXPECT_EQ(Dump(), ".\nC\n  \"\" 4: 05 00 00 00\n") << "the parse ran to its end first";
 }
 
-// The importer runs the import on its worker, with the header check that the
-// settings ask for; one job at a time, its result taken once. A cancelled job
+// The importer runs the import on its worker, with the header check that its
+// caller asks for; one job at a time, its result taken once. A cancelled job
 // gives no result and keeps the file unless asked to delete it.
-TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckOfTheSettings)
+TEST_F(RegImportRunTest, ImporterRunsOnItsWorkerWithTheHeaderCheckItIsGiven)
 {
     m_file.Write("REGEDIT4\r\n" + std::string(kKey) + "\\K]\r\n\"v\"=dword:1\r\n");
     CRegImporter importer;
     bool result = true;
-    ASSERT_TRUE(importer.Start(m_file.Path()));
-    EXPECT_FALSE(importer.Start(m_file.Path())) << "one job at a time";
+    ASSERT_TRUE(importer.Start(m_file.Path(), true));
+    EXPECT_FALSE(importer.Start(m_file.Path(), true)) << "one job at a time";
     ASSERT_TRUE(importer.GetResult(result, m_error));
     EXPECT_EQ(m_error, W("Invalid file header."));
     EXPECT_FALSE(importer.GetResult(result, m_error)) << "the result is taken once";
 
-    Settings().SetDoNotCheckImportHeader(true);
-    ASSERT_TRUE(importer.Start(m_file.Path()));
+    ASSERT_TRUE(importer.Start(m_file.Path(), false));
     EXPECT_TRUE(importer.GetResult(result, m_error));
-    Settings().SetDoNotCheckImportHeader(false);
     EXPECT_TRUE(result);
     EXPECT_EQ(m_error, W("")) << "the last run's error is gone";
     EXPECT_EQ(Dump(), ".\nK\n  \"v\" 4: 01 00 00 00\n");
 
-    ASSERT_TRUE(importer.Start(m_file.Path()));
+    ASSERT_TRUE(importer.Start(m_file.Path(), true));
     importer.Cancel(false);
     EXPECT_FALSE(importer.GetResult(result, m_error));
     EXPECT_TRUE(m_file.Exists());
-    ASSERT_TRUE(importer.Start(m_file.Path()));
+    ASSERT_TRUE(importer.Start(m_file.Path(), true));
     importer.Cancel(true);
     EXPECT_FALSE(m_file.Exists());
 }
