@@ -66,10 +66,13 @@ bool CFindAllSearch::Resume()
     return true;
 }
 
+// The flag goes up before the event is set: a walker that saw the event
+// without the flag could walk on past the next key, adding matches after the
+// request.
 void CFindAllSearch::Request(HANDLE event)
 {
-    Platform().SetEvent(event);
     m_requested = true;
+    Platform().SetEvent(event);
 }
 
 void CFindAllSearch::Handshake(HANDLE request)
@@ -151,8 +154,10 @@ public:
 
     bool IsCancelled() override
     {
-        if (m_search.m_requested.exchange(false))
-            TakeRequests();
+        // A flag without its event yet: the event follows at once, so look
+        // again at the next key.
+        if (m_search.m_requested.exchange(false) && !TakeRequests())
+            m_search.m_requested = true;
         return m_stopped;
     }
 
@@ -181,16 +186,21 @@ public:
     }
 
 private:
-    void TakeRequests()
+    // False when no request's event is set yet.
+    bool TakeRequests()
     {
         if (IsSet(m_search.m_stopEvent.Get())) {
             m_stopped = true;
-            return;
+            return true;
         }
+        bool taken = false;
         for (const CShdHandle* event : {&m_search.m_pauseEvent, &m_search.m_resumeEvent}) {
-            if (IsSet(event->Get()))
+            if (IsSet(event->Get())) {
                 Acknowledge(event->Get());
+                taken = true;
+            }
         }
+        return taken;
     }
 
     void Acknowledge(HANDLE request)
@@ -210,6 +220,9 @@ private:
             // The stop request, or a failed wait.
             if (wait != WAIT_OBJECT_0 + 1 && wait != WAIT_OBJECT_0 + 2)
                 return false;
+            // This request's flag is taken here, before the answer lets the
+            // next request raise it again.
+            m_search.m_requested = false;
             Acknowledge(handles[wait - WAIT_OBJECT_0]);
         }
         return true;

@@ -103,9 +103,9 @@ private:
     CShdHandle m_pauseEvent;
     CShdHandle m_resumeEvent;
     CShdHandle m_ackEvent;
-    // Set after any of the three request events, so that the walk looks at
-    // them only when one was set: a look costs a call into the system (a
-    // round trip to the server under Wine).
+    // Raised just before any of the three request events is set, so that
+    // the walk looks at them only when a request came: a look costs a call
+    // into the system (a round trip to the server under Wine).
     std::atomic<bool> m_requested{false};
 };
 
