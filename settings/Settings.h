@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "base/CString.h"
 #include "base/WinTypes.h"
 #include "search/SearchParams.h"
@@ -40,6 +42,11 @@ public:
     void SetDoNotCheckImportHeader(bool value) { m_options.doNotCheckImportHeader = value; }
     void SaveOptions();
 
+    // The paths "Go To" went to, newest first; the dialog keeps their rules.
+    const std::vector<CString>& GetRecentGoToPaths() const { return m_recentGoTo; }
+    // Stores them and writes them at once.
+    void SetRecentGoToPaths(const std::vector<CString>& paths);
+
     // Makes the written values reach persistent storage.
     void Flush();
 
@@ -47,6 +54,7 @@ private:
     void LoadSearchParams(CShdRegKey& key);
     void LoadLastPosition(CShdRegKey& key);
     void LoadOptions(CShdRegKey& key);
+    void LoadRecentGoToPaths(CShdRegKey& key);
 
     struct SLastPosition {
         DWORD root = 0;
@@ -64,6 +72,7 @@ private:
     SSearchParams m_search;
     SLastPosition m_last;
     SOptions m_options;
+    std::vector<CString> m_recentGoTo;
 };
 
 // The program's one instance.
