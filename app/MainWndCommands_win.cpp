@@ -8,6 +8,7 @@
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
+#include "views/GoToDlg_win.h"
 
 void CMainWnd::OnCommand(UINT command)
 {
@@ -35,6 +36,9 @@ void CMainWnd::OnCommand(UINT command)
         break;
     case IDM_BOOKMARKS:
         ShowBookmarks();
+        break;
+    case IDM_GO_TO:
+        GoToKey(GetHwnd(), m_regTree, Settings());
         break;
     case IDM_EXPORT: {
         const HWND focus = GetFocus() == m_tree ? m_tree : m_list;

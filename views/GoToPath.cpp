@@ -49,15 +49,14 @@ bool BeginsWith(LPCWSTR text, const CString& prefix)
 std::vector<CString> RootOffers(const CString& head, const CString& prefix)
 {
     std::vector<CString> offers;
-    for (DWORD index = 0; index < kRootCount; ++index) {
-        const LPCWSTR name = RootLongName(RootKeyFromValue(kRootClassesRoot + index));
-        if (BeginsWith(name, prefix))
-            offers.push_back(head + name);
-    }
-    for (DWORD index = 0; index < kRootCount && offers.empty(); ++index) {
-        const LPCWSTR name = RootShortName(RootKeyFromValue(kRootClassesRoot + index));
-        if (BeginsWith(name, prefix))
-            offers.push_back(head + name);
+    for (LPCWSTR (*nameOf)(HKEY) : {&RootLongName, &RootShortName}) {
+        for (DWORD index = 0; index < kRootCount; ++index) {
+            const LPCWSTR name = nameOf(RootKeyFromValue(kRootClassesRoot + index));
+            if (BeginsWith(name, prefix))
+                offers.push_back(head + name);
+        }
+        if (!offers.empty())
+            break;
     }
     return offers;
 }

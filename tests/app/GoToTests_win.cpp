@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "registry/RegKey.h"
+#include "settings/Settings.h"
+#include "tests/app/MainWndTestSupport_win.h"
+#include "tests/support/ScratchKey.h"
+
+namespace {
+
+// The scratch key below, as CScratchKey places it.
+#define SCRATCH "Software\\QuendaTests\\GoTo"
+
+// "Go To" from the Key menu, with no recent paths in the settings at first.
+class GoToTest : public MainWndTest {
+protected:
+    void SetUp() override
+    {
+        for (LPCWSTR path : {TEXT("Alpha\\Inner"), TEXT("alps")}) {
+            CShdRegKey key;
+            ASSERT_TRUE(key.Create(m_scratch.Handle(), path, nullptr) && key.WriteString(TEXT("v"), path));
+        }
+        Settings().SetRecentGoToPaths({});
+        Settings().SetLastPosition(0, TEXT(""), TEXT(""), false);
+        Open();
+    }
+
+    // "text [offer|offer|]"
+    static std::string Shown(HWND dialog)
+    {
+        const HWND list = GetDlgItem(dialog, IDC_GO_TO_LIST);
+        std::string shown = ToUtf8(ItemText(dialog, IDC_GO_TO_PATH)) + " [";
+        for (int index = 0; index < SendMessageW(list, LB_GETCOUNT, 0, 0); ++index) {
+            WCHAR text[300] = {};
+            SendMessageW(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(text));
+            shown += ToUtf8(text) + "|";
+        }
+        return shown + "]";
+    }
+    // The selected key, and " v" when its value "v" is listed.
+    std::string Where() const
+    {
+        LVFINDINFOW find = {};
+        find.flags = LVFI_STRING;
+        find.psz = L"v";
+        return Selection() + (SendMessageW(m_list, LVM_FINDITEMW, -1, reinterpret_cast<LPARAM>(&find)) >= 0 ? " v" : "");
+    }
+
+    CScratchKey m_scratch{TEXT("GoTo")};
+};
+
+TEST_F(GoToTest, PathsLeadToTheirKeyOrStayWithAMessageAndTheRecentOnesOutliveARestart)
+{
+    // Each case types a path, takes the offer that many Down keys highlight
+    // (with OK), and presses OK.
+    const struct { const char* typed; int downs; const char* shown; const char* message; const char* where; } cases[] = {
+        {"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner", 0,
+         "HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner [HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner|]", "",
+         "HKCU\\" SCRATCH "\\Alpha\\Inner v"},
+        {"Computer\\hkcu\\" SCRATCH "\\ALPHA\\", 0,
+         "Computer\\hkcu\\" SCRATCH "\\ALPHA\\ [Computer\\hkcu\\" SCRATCH "\\ALPHA\\Inner|]", "", "HKCU\\" SCRATCH "\\Alpha"},
+        {"HKCU\\" SCRATCH "\\Alpha\\Missing", 0, "HKCU\\" SCRATCH "\\Alpha\\Missing []",
+         "\"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\" has no subkey \"Missing\".", ""},
+        {"hkcu\\" SCRATCH "\\al", 2, "hkcu\\" SCRATCH "\\alps\\ []", "", "HKCU\\" SCRATCH "\\alps v"},
+    };
+    for (const auto& c : cases) {
+        m_messages.clear();
+        std::string shown;
+        std::string stayed;
+        ASSERT_TRUE(RunDialog(IDM_GO_TO, L"Go To",
+                              {[&](HWND dialog) {
+                                   SetDlgItemTextW(dialog, IDC_GO_TO_PATH, W(c.typed));
+                                   for (int down = 0; down < c.downs; ++down)
+                                       SendDlgItemMessageW(dialog, IDC_GO_TO_PATH, WM_KEYDOWN, VK_DOWN, 0);
+                                   if (c.downs > 0)
+                                       SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+                                   shown = Shown(dialog);
+                                   SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+                               },
+                               [&](HWND dialog) { stayed = Shown(dialog); }}));
+        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(m_messages.empty() ? "" : m_messages.back(), c.message);
+        EXPECT_EQ(stayed.empty() ? Where() : stayed, *c.where != 0 ? c.where : c.shown) << "a dialog left open keeps the text";
+    }
+
+    // A restart reads the recent paths back, and the dialog offers them.
+    Settings().Load();
+    Open();
+    std::string recent;
+    RunDialog(IDM_GO_TO, L"Go To", {[&](HWND dialog) { recent = Shown(dialog); }});
+    EXPECT_EQ(recent, " [HKEY_CURRENT_USER\\" SCRATCH "\\alps|HKEY_CURRENT_USER\\" SCRATCH
+                      "\\ALPHA|HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner|]");
+}
+
+}  // namespace
