@@ -122,12 +122,19 @@ void CGoToDlg::TakeOffer(int index)
     const int length = static_cast<int>(SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0));
     if (length == LB_ERR)
         return;
-    CString text;
-    SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.GetBuffer(static_cast<size_t>(length) + 1)));
-    text.ReleaseBuffer(length);
-    if (!m_listsRecent)
-        text += TEXT("\\");
+    CString offer;
+    SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(offer.GetBuffer(static_cast<size_t>(length) + 1)));
+    offer.ReleaseBuffer(length);
     const HWND edit = Item(IDC_GO_TO_PATH);
+    CString text;
+    if (!m_listsRecent) {
+        // A completion replaces what follows the last "" of the text.
+        CShdWnd::GetWindowText(edit, text);
+        text.Truncate(static_cast<size_t>(text.ReverseFind('\\') + 1));
+        offer += TEXT("\\");
+    }
+    text += offer;
     // The edit's change notification offers what lies below the text.
     SetWindowTextW(edit, text);
     const int end = static_cast<int>(text.GetLength());

@@ -24,8 +24,9 @@ struct SGoToRequest {
 };
 
 // "Go To": one edit for a key path, above a list that offers the recent
-// paths while the edit is empty and, once something is typed, the keys that
-// complete its last component. A tap on an offer takes it; so does OK (or
+// paths while the edit is empty and, once something is typed, the names of
+// the keys that complete its last component (names alone, since whole paths
+// would not fit the handheld's narrow screen). A tap on an offer takes it; so does OK (or
 // Enter) while an offer is highlighted by the Up and Down keys in the edit.
 // A completed key gets a "\" behind it, so that its own subkeys are offered
 // next. OK with nothing highlighted goes to the typed key; when the key does

@@ -46,14 +46,14 @@ bool BeginsWith(LPCWSTR text, const CString& prefix)
 
 // The long root names that begin with the prefix; when none does, the short
 // ones (so "HK" offers the long names and "hklm" its short one).
-std::vector<CString> RootOffers(const CString& head, const CString& prefix)
+std::vector<CString> RootOffers(const CString& prefix)
 {
     std::vector<CString> offers;
     for (LPCWSTR (*nameOf)(HKEY) : {&RootLongName, &RootShortName}) {
         for (DWORD index = 0; index < kRootCount; ++index) {
             const LPCWSTR name = nameOf(RootKeyFromValue(kRootClassesRoot + index));
             if (BeginsWith(name, prefix))
-                offers.push_back(head + name);
+                offers.push_back(name);
         }
         if (!offers.empty())
             break;
@@ -107,7 +107,7 @@ std::vector<CString> CGoToCompleter::Offer(LPCWSTR text)
     const CString head = typed.Left(static_cast<size_t>(last + 1));
     const CString prefix = typed.Mid(static_cast<size_t>(last + 1));
     if (last < static_cast<int>(LeadLength(typed)))
-        return RootOffers(head, prefix);
+        return RootOffers(prefix);
     HKEY root = nullptr;
     CString path;
     if (!ParseGoToPath(head, root, path))
@@ -117,7 +117,7 @@ std::vector<CString> CGoToCompleter::Offer(LPCWSTR text)
     std::vector<CString> offers;
     for (const CString& name : m_names) {
         if (BeginsWith(name, prefix))
-            offers.push_back(head + name);
+            offers.push_back(name);
     }
     return offers;
 }

@@ -21,11 +21,11 @@ struct SGoToTarget {
 };
 SGoToTarget ResolveGoToPath(LPCWSTR text);
 
-// Offers the next component of a path being typed: the typed text with its
-// last component completed by each subkey name (or, before the first "\",
-// each root name) that begins with it, sorted. The subkey names of the last
-// parent asked about are kept, so that typing within one key reads the
-// registry once.
+// Offers the next component of a path being typed: the names that can stand
+// for its last component (what follows its last "\"), the subkey names (or,
+// before the first "\", the root names) that begin with it, sorted. The
+// subkey names of the last parent asked about are kept, so that typing
+// within one key reads the registry once.
 class CGoToCompleter {
 public:
     std::vector<CString> Offer(LPCWSTR text);

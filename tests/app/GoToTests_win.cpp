@@ -44,7 +44,8 @@ protected:
         LVFINDINFOW find = {};
         find.flags = LVFI_STRING;
         find.psz = L"v";
-        return Selection() + (SendMessageW(m_list, LVM_FINDITEMW, -1, reinterpret_cast<LPARAM>(&find)) >= 0 ? " v" : "");
+        const bool listed = SendMessageW(m_list, LVM_FINDITEMW, -1, reinterpret_cast<LPARAM>(&find)) >= 0;
+        return Selection() + (listed ? " v" : "");
     }
 
     CScratchKey m_scratch{TEXT("GoTo")};
@@ -54,15 +55,17 @@ TEST_F(GoToTest, PathsLeadToTheirKeyOrStayWithAMessageAndTheRecentOnesOutliveARe
 {
     // Each case types a path, takes the offer that many Down keys highlight
     // (with OK), and presses OK.
-    const struct { const char* typed; int downs; const char* shown; const char* message; const char* where; } cases[] = {
-        {"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner", 0,
-         "HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner [HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner|]", "",
-         "HKCU\\" SCRATCH "\\Alpha\\Inner v"},
-        {"Computer\\hkcu\\" SCRATCH "\\ALPHA\\", 0,
-         "Computer\\hkcu\\" SCRATCH "\\ALPHA\\ [Computer\\hkcu\\" SCRATCH "\\ALPHA\\Inner|]", "", "HKCU\\" SCRATCH "\\Alpha"},
-        {"HKCU\\" SCRATCH "\\Alpha\\Missing", 0, "HKCU\\" SCRATCH "\\Alpha\\Missing []",
-         "\"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\" has no subkey \"Missing\".", ""},
-        {"hkcu\\" SCRATCH "\\al", 2, "hkcu\\" SCRATCH "\\alps\\ []", "", "HKCU\\" SCRATCH "\\alps v"},
+    const struct {
+        const char *typed, *shown, *message, *where;
+        int downs;
+    } cases[] = {
+        {"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner", "HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner [Inner|]", "",
+         "HKCU\\" SCRATCH "\\Alpha\\Inner v", 0},
+        {"Computer\\hkcu\\" SCRATCH "\\ALPHA\\", "Computer\\hkcu\\" SCRATCH "\\ALPHA\\ [Inner|]", "",
+         "HKCU\\" SCRATCH "\\Alpha", 0},
+        {"HKCU\\" SCRATCH "\\Alpha\\Missing", "HKCU\\" SCRATCH "\\Alpha\\Missing []",
+         "\"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\" has no subkey \"Missing\".", "", 0},
+        {"hkcu\\" SCRATCH "\\al", "hkcu\\" SCRATCH "\\al [Alpha|alps|]", "", "HKCU\\" SCRATCH "\\alps v", 2},
     };
     for (const auto& c : cases) {
         m_messages.clear();
@@ -71,17 +74,17 @@ TEST_F(GoToTest, PathsLeadToTheirKeyOrStayWithAMessageAndTheRecentOnesOutliveARe
         ASSERT_TRUE(RunDialog(IDM_GO_TO, L"Go To",
                               {[&](HWND dialog) {
                                    SetDlgItemTextW(dialog, IDC_GO_TO_PATH, W(c.typed));
+                                   shown = Shown(dialog);
                                    for (int down = 0; down < c.downs; ++down)
                                        SendDlgItemMessageW(dialog, IDC_GO_TO_PATH, WM_KEYDOWN, VK_DOWN, 0);
                                    if (c.downs > 0)
                                        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-                                   shown = Shown(dialog);
                                    SendMessageW(dialog, WM_COMMAND, IDOK, 0);
                                },
                                [&](HWND dialog) { stayed = Shown(dialog); }}));
         EXPECT_EQ(shown, c.shown);
         EXPECT_EQ(m_messages.empty() ? "" : m_messages.back(), c.message);
-        EXPECT_EQ(stayed.empty() ? Where() : stayed, *c.where != 0 ? c.where : c.shown) << "a dialog left open keeps the text";
+        EXPECT_EQ(stayed.empty() ? Where() : stayed, *c.where != 0 ? c.where : c.shown) << "open, with the text";
     }
 
     // A restart reads the recent paths back, and the dialog offers them.
@@ -94,3 +97,4 @@ TEST_F(GoToTest, PathsLeadToTheirKeyOrStayWithAMessageAndTheRecentOnesOutliveARe
 }
 
 }  // namespace
+

@@ -26,18 +26,16 @@ TEST(GoToPath, PathsLeadToTheKeyOrNameTheLongestExistingPartOfferTheNextComponen
         ASSERT_TRUE(key.Create(scratch.Handle(), path, nullptr));
     }
     const struct { const char* text; const char* target; const char* offers; } cases[] = {
-        {"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner", "HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner",
-         "HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner|"},
-        {"computer\\hkcu\\" SCRATCH "\\al", "\"HKEY_CURRENT_USER\\" SCRATCH "\" has no subkey \"al\".",
-         "computer\\hkcu\\" SCRATCH "\\Alpha|computer\\hkcu\\" SCRATCH "\\alps|"},
-        {"\\HKCU\\" SCRATCH "\\ALPHA\\", "HKEY_CURRENT_USER\\" SCRATCH "\\ALPHA", "\\HKCU\\" SCRATCH "\\ALPHA\\Inner|"},
+        {"HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner", "HKEY_CURRENT_USER\\" SCRATCH "\\Alpha\\Inner", "Inner|"},
+        {"computer\\hkcu\\" SCRATCH "\\al", "\"HKEY_CURRENT_USER\\" SCRATCH "\" has no subkey \"al\".", "Alpha|alps|"},
+        {"\\HKCU\\" SCRATCH "\\ALPHA\\", "HKEY_CURRENT_USER\\" SCRATCH "\\ALPHA", "Inner|"},
         {" hkcu\\\\" SCRATCH "\\\\Beta\\ ", "HKEY_CURRENT_USER\\" SCRATCH "\\Beta", ""},
-        {"HKCU\\" SCRATCH "\\Beta\\Gone\\Deeper", "\"HKEY_CURRENT_USER\\" SCRATCH "\\Beta\" has no subkey \"Gone\".", ""},
+        {"HKCU\\" SCRATCH "\\Beta\\Gone\\Deeper", "\"HKEY_CURRENT_USER\\" SCRATCH "\\Beta\" has no subkey \"Gone\".",
+         ""},
         {"hklm", "HKEY_LOCAL_MACHINE", "HKLM|"},
         {"hkc", NO_ROOT, "HKCR|HKCU|"},
         {"HKEY_C", NO_ROOT, "HKEY_CLASSES_ROOT|HKEY_CURRENT_USER|"},
-        {"Computer\\", NO_ROOT,
-         "Computer\\HKEY_CLASSES_ROOT|Computer\\HKEY_CURRENT_USER|Computer\\HKEY_LOCAL_MACHINE|Computer\\HKEY_USERS|"},
+        {"Computer\\", NO_ROOT, "HKEY_CLASSES_ROOT|HKEY_CURRENT_USER|HKEY_LOCAL_MACHINE|HKEY_USERS|"},
         {"HKEY_NOWHERE\\Software", NO_ROOT, ""},
     };
     for (const auto& c : cases) {
