@@ -20,12 +20,15 @@ void SortNamesNoCase(std::vector<CString>& names)
     std::sort(names.begin(), names.end(), LessNoCase);
 }
 
-bool ReadSortedSubkeyNames(CShdRegKey& key, std::vector<CString>& names)
+bool ReadSortedSubkeyNames(CShdRegKey& key, std::vector<CString>& names,
+                           bool (CShdRegKey::*enumerate)(DWORD, CString&))
 {
+    if (enumerate == nullptr)
+        enumerate = &CShdRegKey::EnumSubkeyFast;
     names.clear();
     CString name;
     try {
-        for (DWORD index = 0; key.EnumSubkeyFast(index, name); ++index)
+        for (DWORD index = 0; (key.*enumerate)(index, name); ++index)
             names.push_back(name);
     } catch (const std::bad_alloc&) {
         names.clear();

@@ -128,9 +128,12 @@ void CGoToCompleter::LoadNames(HKEY root, const CString& path)
     m_root = root;
     m_path = path;
     CShdRegKey key;
-    if (!key.Open(root, path) || !ReadSortedSubkeyNames(key, m_names))
+    // EnumSubkey's first buffer holds any name of up to 260 characters, so
+    // each subkey costs one call. The Fast form would ask for the longest
+    // name at every index and call again for each name that long: about
+    // three calls a subkey, on the keystroke that enters a key.
+    if (!key.Open(root, path) || !ReadSortedSubkeyNames(key, m_names, &CShdRegKey::EnumSubkey))
         m_names.clear();
-    key.Close(false);
 }
 
 void AddRecentPath(std::vector<CString>& recent, LPCWSTR path)

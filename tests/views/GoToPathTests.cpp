@@ -47,13 +47,15 @@ TEST(GoToPath, PathsLeadToTheKeyOrNameTheLongestExistingPartOfferTheNextComponen
         EXPECT_EQ(offers, c.offers) << c.text;
     }
 
-    // Typing on within one key reads its subkeys once.
+    // Entering a key reads each subkey name with one call; typing on within
+    // the key reads nothing more.
     CGoToCompleter completer;
-    completer.Offer(W("HKCU\\" SCRATCH "\\a"));
     faults.ResetRegistryCallCount();
+    completer.Offer(W("HKCU\\" SCRATCH "\\a"));
+    EXPECT_EQ(faults.RegistryCallCount(), 6u) << "open, three names, the end, close";
     completer.Offer(W("HKCU\\" SCRATCH "\\al"));
     completer.Offer(W("hkcu\\" SCRATCH "\\ALP"));
-    EXPECT_EQ(faults.RegistryCallCount(), 0u);
+    EXPECT_EQ(faults.RegistryCallCount(), 6u);
 
     // Recent paths: newest first, no two that differ only in case, ten at most.
     std::vector<CString> recent;
