@@ -9,11 +9,11 @@
 class CShdRegKey;
 
 // The user's persistent choices: the last search criteria, the last position
-// in the tree and three options. They live in the registry under
-// HKEY_LOCAL_MACHINE\SOFTWARE\Marrowick\Quenda\Settings, are loaded once at
-// start-up and written back group by group when their owners change them.
-// Registry failures are never reported: a missing or unreadable value takes
-// its default, a failed write leaves the in-memory value changed.
+// in the tree, three options and the paths "Go To" went to. They live in the
+// registry under HKEY_LOCAL_MACHINE\SOFTWARE\Marrowick\Quenda\Settings, are
+// loaded once at start-up and written back group by group when their owners
+// change them. Registry failures are never reported: a missing or unreadable
+// value takes its default, a failed write leaves the in-memory value changed.
 class CSettings {
 public:
     CSettings() = default;
