@@ -7,6 +7,7 @@
 #include "registry/RegistryRoots.h"
 #include "resources/resource.h"
 #include "settings/Settings.h"
+#include "views/GoToDlg_win.h"
 
 void CMainWnd::OnCommand(UINT command)
 {
@@ -32,6 +33,9 @@ void CMainWnd::OnCommand(UINT command)
         break;
     case IDM_BOOKMARKS:
         m_settings.ShowBookmarks();
+        break;
+    case IDM_GO_TO:
+        GoToKey(GetHwnd(), m_panes.Tree(), Settings());
         break;
     case IDM_EXPORT:
         m_files.Export();

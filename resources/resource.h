@@ -15,6 +15,8 @@
 #define IDD_OPTIONS_IMPORT 128
 #define IDD_BOOKMARKS 139
 #define IDD_EDIT_BOOKMARK 143
+// "Go To".
+#define IDD_GO_TO 150
 
 // --- Menus ------------------------------------------------------------------
 // The main window's soft keys "Tab" and "Menu" (from system version 5.00).
@@ -140,6 +142,8 @@
 #define IDM_BOOKMARK_DELETE 40160
 #define IDM_BOOKMARKS 40162
 #define IDM_KEY_ADD_BOOKMARK 40169
+// "Go To..." in the Key menu.
+#define IDM_GO_TO 40180
 
 // --- Controls -----------------------------------------------------------------
 #define IDC_STATIC (-1)
@@ -203,6 +207,12 @@
 // Bookmarks (139, 143).
 #define IDC_BOOKMARK_LIST 1055
 #define IDC_BOOKMARK_LOCATION 1056
+
+// Go To (150): the path, and the list of recent paths or of the offered
+// completions with its label.
+#define IDC_GO_TO_PATH 1070
+#define IDC_GO_TO_LIST 1071
+#define IDC_GO_TO_LIST_LABEL 1072
 
 // About (102).
 #define IDC_ABOUT_VERSION 1060

@@ -20,6 +20,14 @@ const LPCWSTR kDoNotCheckImportHeader = TEXT("DoNotCheckImportHeader");
 const LPCWSTR kSearchIncomplete = TEXT("SearchIncomplete");
 const LPCWSTR kLastPositionIncomplete = TEXT("LastPositionIncomplete");
 const LPCWSTR kOptionsIncomplete = TEXT("OptionsIncomplete");
+const LPCWSTR kGoToRecentIncomplete = TEXT("GoToRecentIncomplete");
+
+// The recent "Go To" paths are "GoToRecent1" (the newest) onward, up to the
+// first one missing.
+CString GoToRecentName(size_t number)
+{
+    return CString::Formatted(TEXT("GoToRecent%u"), static_cast<unsigned>(number));
+}
 
 struct SSearchFlag {
     LPCWSTR name;
@@ -77,6 +85,8 @@ public:
     void String(LPCWSTR name, LPCWSTR text) { m_ok = m_ok && m_key.WriteString(name, text); }
     void Dword(LPCWSTR name, DWORD value) { m_ok = m_ok && m_key.WriteDword(name, value); }
     void Flag(LPCWSTR name, bool value) { Dword(name, value ? 1 : 0); }
+    // False when there was nothing to delete, which is no failure.
+    bool Delete(LPCWSTR name) { return m_ok && m_key.DeleteValue(name); }
 
 private:
     LPCWSTR m_marker;
@@ -94,6 +104,7 @@ void CSettings::Load()
     LoadSearchParams(key);
     LoadLastPosition(key);
     LoadOptions(key);
+    LoadRecentGoToPaths(key);
     key.Close(false);
 }
 
@@ -132,6 +143,16 @@ void CSettings::LoadOptions(CShdRegKey& key)
     m_options.doNotCheckImportHeader = key.ReadBool(kDoNotCheckImportHeader, m_options.doNotCheckImportHeader);
 }
 
+void CSettings::LoadRecentGoToPaths(CShdRegKey& key)
+{
+    m_recentGoTo.clear();
+    if (key.ReadBool(kGoToRecentIncomplete, false))
+        return;
+    CString path;
+    for (size_t number = 1; key.ReadString(GoToRecentName(number), path) && !path.IsEmpty(); ++number)
+        m_recentGoTo.push_back(path);
+}
+
 void CSettings::SetSearchParams(const SSearchParams& params)
 {
     m_search = params;
@@ -168,6 +189,18 @@ void CSettings::SaveOptions()
     writer.Flag(kSavePosition, m_options.savePosition);
     writer.Flag(kShowSearchToolbar, m_options.showSearchToolbar);
     writer.Flag(kDoNotCheckImportHeader, m_options.doNotCheckImportHeader);
+}
+
+void CSettings::SetRecentGoToPaths(const std::vector<CString>& paths)
+{
+    m_recentGoTo = paths;
+    CGroupWriter writer(kGoToRecentIncomplete);
+    for (size_t index = 0; index < paths.size(); ++index)
+        writer.String(GoToRecentName(index + 1), paths[index]);
+    // A shorter list than the stored one leaves no old tail behind.
+    size_t number = paths.size() + 1;
+    while (writer.Delete(GoToRecentName(number)))
+        ++number;
 }
 
 void CSettings::Flush()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "base/CString.h"
 #include "base/WinTypes.h"
 #include "search/SearchParams.h"
@@ -15,11 +17,11 @@ struct SOptions {
 };
 
 // The user's persistent choices: the last search criteria, the last position
-// in the tree and three options. They live in the registry under
-// HKEY_LOCAL_MACHINE\SOFTWARE\Marrowick\Quenda\Settings, are loaded once at
-// start-up and written back group by group when their owners change them.
-// Registry failures are never reported: a missing or unreadable value takes
-// its default, a failed write leaves the in-memory value changed.
+// in the tree, three options and the paths "Go To" went to. They live in the
+// registry under HKEY_LOCAL_MACHINE\SOFTWARE\Marrowick\Quenda\Settings, are
+// loaded once at start-up and written back group by group when their owners
+// change them. Registry failures are never reported: a missing or unreadable
+// value takes its default, a failed write leaves the in-memory value changed.
 class CSettings {
 public:
     CSettings() = default;
@@ -50,6 +52,11 @@ public:
     void SetOptions(const SOptions& options) { m_options = options; }
     void SaveOptions();
 
+    // The paths "Go To" went to, newest first; the dialog keeps their rules.
+    const std::vector<CString>& GetRecentGoToPaths() const { return m_recentGoTo; }
+    // Stores them and writes them at once.
+    void SetRecentGoToPaths(const std::vector<CString>& paths);
+
     // Makes the written values reach persistent storage.
     void Flush();
 
@@ -57,6 +64,7 @@ private:
     void LoadSearchParams(CShdRegKey& key);
     void LoadLastPosition(CShdRegKey& key);
     void LoadOptions(CShdRegKey& key);
+    void LoadRecentGoToPaths(CShdRegKey& key);
 
     struct SLastPosition {
         DWORD root = 0;
@@ -67,6 +75,7 @@ private:
     SSearchParams m_search;
     SLastPosition m_last;
     SOptions m_options;
+    std::vector<CString> m_recentGoTo;
 };
 
 // The program's one instance.
