@@ -102,6 +102,7 @@ LONG CFaultInjectingPlatform::RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWS
                                               REGSAM sam, HKEY* result, DWORD* disposition)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     const LONG fault = KeyFault(m_openFaults, subKey);
     if (fault != ERROR_SUCCESS) {
         *result = nullptr;
@@ -131,6 +132,7 @@ LONG CFaultInjectingPlatform::RegQueryValueExW(HKEY key, LPCWSTR name, DWORD* ty
 LONG CFaultInjectingPlatform::RegSetValueExW(HKEY key, LPCWSTR name, DWORD type, const BYTE* data, DWORD size)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     {
         std::lock_guard<std::mutex> lock(m_lock);
         LONG error = ERROR_SUCCESS;
@@ -169,6 +171,7 @@ LONG CFaultInjectingPlatform::RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD
 LONG CFaultInjectingPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     const LONG fault = KeyFault(m_keyDeleteFaults, subKey);
     if (fault != ERROR_SUCCESS)
         return fault;
@@ -178,6 +181,7 @@ LONG CFaultInjectingPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 LONG CFaultInjectingPlatform::RegDeleteValueW(HKEY key, LPCWSTR name)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     {
         std::lock_guard<std::mutex> lock(m_lock);
         LONG error = ERROR_SUCCESS;
