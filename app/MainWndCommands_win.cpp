@@ -50,6 +50,9 @@ void CMainWnd::OnCommand(UINT command)
         SetFocus(focus);
         break;
     }
+    case IDM_IMPORT_PREVIEW:
+        ImportPreviewCommand(GetHwnd(), *this);
+        break;
     case IDM_VALUE_EDIT:
     case IDM_VALUE_EDIT_BINARY:
         EditSelectedValue(command == IDM_VALUE_EDIT_BINARY);

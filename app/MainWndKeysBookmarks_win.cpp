@@ -72,3 +72,12 @@ void CMainWnd::ShowBookmarks()
         ShowMessage(GetHwnd(), L"Unable to show registry key.", MB_OK | MB_ICONEXCLAMATION);
     SetFocus(m_tree);
 }
+
+bool CMainWnd::ShowRegistryItem(HKEY root, LPCWSTR path, LPCWSTR valueName)
+{
+    if (!NavigateTo(root, path))
+        return false;
+    const bool onValue = valueName != nullptr && SelectValueByName(valueName);
+    SetFocus(onValue ? m_list : m_tree);
+    return true;
+}

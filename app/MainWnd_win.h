@@ -12,6 +12,7 @@
 #include "framework/PaneLayout.h"
 #include "framework/ShdWnd_win.h"
 #include "registry/EditOperations.h"
+#include "regfile/ImportPreviewDlg_win.h"
 #include "registry/RegClipboard.h"
 #include "search/FindResultsWnd_win.h"
 #include "search/FloatingToolBar_win.h"
@@ -29,7 +30,10 @@ void SetAppInstance(HINSTANCE instance);
 // focus between the panes, and restores and saves the last position. In
 // command-line mode it runs the command line's verbs once it exists, then
 // closes itself, saving nothing.
-class CMainWnd : public CShdWnd, public CFindResultsWnd::ICallback, private CRegClipboard::IObserver {
+class CMainWnd : public CShdWnd,
+                 public CFindResultsWnd::ICallback,
+                 private CRegClipboard::IObserver,
+                 private IImportPreviewHost {
 public:
     static const UINT kStartupMessage = WM_APP + 100;
     static const UINT kSplitterMessage = WM_USER + 1;
@@ -89,6 +93,8 @@ private:
     void RefreshTree(bool selectedBranchOnly);
     bool NavigateTo(HKEY root, LPCWSTR path);
     void ReleasePanes();
+    // The import preview's host, in MainWndKeysBookmarks_win.cpp.
+    bool ShowRegistryItem(HKEY root, LPCWSTR path, LPCWSTR valueName) override;
 
     // Commands, menu states and focus, in MainWndCommands_win.cpp.
     void OnCommand(UINT command);
