@@ -25,7 +25,7 @@ const UINT kProgressDelay = 500;
 const struct {
     LPCWSTR title;
     int widthDesign;
-} kColumns[] = {{TEXT("Change"), 80}, {TEXT("Key"), 140}, {TEXT("Value"), 70}, {TEXT("Data"), 160}};
+} kColumns[] = {{TEXT("Change"), 92}, {TEXT("Key"), 80}, {TEXT("Value"), 70}, {TEXT("Data"), 160}};
 
 LPCWSTR ChangeName(EChange kind)
 {
@@ -53,6 +53,46 @@ bool IsValueChange(EChange kind)
     return kind != EChange::KeyCreated && kind != EChange::KeyDeleted;
 }
 
+// The longer path's part below `base`, or the whole path when it is not
+// below it.
+CString PathBelow(const CString& path, const CString& base)
+{
+    if (base.IsEmpty())
+        return path;
+    const bool below = path.GetLength() > base.GetLength() && path.GetAt(base.GetLength()) == '\\' &&
+                       base.CompareNoCase(path.Left(base.GetLength())) == 0;
+    return below ? path.Mid(base.GetLength() + 1) : path;
+}
+
+CString ParentPath(const CString& path)
+{
+    return path.Left(static_cast<size_t>(std::max(path.ReverseFind('\\'), 0)));
+}
+
+// The deepest key above every change: the changes' common path, less one
+// name when a change lies on it (every row then names a key below it).
+void FindBase(const std::vector<CImportPreview::SChange>& changes, HKEY& root, CString& path)
+{
+    root = changes.empty() ? nullptr : changes.front().root;
+    path = changes.empty() ? CString() : changes.front().path;
+    for (const auto& change : changes) {
+        if (change.root != root) {
+            root = nullptr;
+            path.Empty();
+            return;
+        }
+        while (!path.IsEmpty() && PathBelow(change.path, path) == change.path &&
+               path.CompareNoCase(change.path) != 0)
+            path = ParentPath(path);
+    }
+    for (const auto& change : changes) {
+        if (!path.IsEmpty() && path.CompareNoCase(change.path) == 0) {
+            path = ParentPath(path);
+            return;
+        }
+    }
+}
+
 }  // namespace
 
 bool CImportPreviewDlg::OnInitDialog()
@@ -73,6 +113,11 @@ bool CImportPreviewDlg::OnInitDialog()
         column.cx = ScaleX(kColumns[i].widthDesign);
         if (SendMessageW(list, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column)) < 0)
             return false;
+    }
+    FindBase(m_preview.Changes(), m_baseRoot, m_basePath);
+    if (m_baseRoot != nullptr) {
+        const CString base = CString(RootLongName(m_baseRoot)) + (m_basePath.IsEmpty() ? TEXT("") : TEXT("\\"));
+        SetDlgItemTextW(window, IDC_PREVIEW_BASE, base + m_basePath);
     }
     const size_t rows = m_preview.Changes().size() + (m_preview.ErrorText().IsEmpty() ? 0 : 1);
     SendMessageW(list, LVM_SETITEMCOUNT, rows, LVSICF_NOINVALIDATEALL);
@@ -123,13 +168,18 @@ INT_PTR CImportPreviewDlg::OnOtherMessage(UINT message, WPARAM, LPARAM lParam)
 
 void CImportPreviewDlg::Layout(int width, int height)
 {
-    const HWND list = List();
-    RECT bounds = {};
-    GetWindowRect(list, &bounds);
-    MapWindowPoints(nullptr, GetHwnd(), reinterpret_cast<POINT*>(&bounds), 2);
+    // The base key's line and the list keep their tops from the template;
+    // the list takes the rest.
     const int margin = ScaleX(kSideMarginDesign);
-    MoveWindow(list, margin, bounds.top, std::max(0, width - 2 * margin),
-               std::max(0, height - margin - static_cast<int>(bounds.top)), TRUE);
+    for (const int id : {IDC_PREVIEW_BASE, IDC_PREVIEW_LIST}) {
+        const HWND control = GetDlgItem(GetHwnd(), id);
+        RECT bounds = {};
+        GetWindowRect(control, &bounds);
+        MapWindowPoints(nullptr, GetHwnd(), reinterpret_cast<POINT*>(&bounds), 2);
+        const int bottom = id == IDC_PREVIEW_LIST ? height - margin : static_cast<int>(bounds.bottom);
+        MoveWindow(control, margin, bounds.top, std::max(0, width - 2 * margin),
+                   std::max(0, bottom - static_cast<int>(bounds.top)), TRUE);
+    }
 }
 
 CString CImportPreviewDlg::CellText(int row, int column) const
@@ -148,8 +198,9 @@ CString CImportPreviewDlg::CellText(int row, int column) const
     case 0:
         return ChangeName(change.kind);
     case 1:
-        return change.path.IsEmpty() ? CString(RootLongName(change.root))
-                                     : CString(RootLongName(change.root)) + TEXT("\\") + change.path;
+        if (m_baseRoot != nullptr)
+            return PathBelow(change.path, m_basePath);
+        return CString(RootLongName(change.root)) + (change.path.IsEmpty() ? TEXT("") : TEXT("\\")) + change.path;
     case 2:
         return change.valueName;
     default:

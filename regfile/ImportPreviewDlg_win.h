@@ -17,6 +17,8 @@ public:
 
 // "Preview Import": every change the import of a file would make, and the
 // error it would report, in a virtual list that asks for the rows it shows.
+// Above the list stands the deepest key that holds every change; the rows
+// name their keys below it, so that they fit the handheld's narrow screen.
 // "Import" ends the dialog with OK; tapping a change whose key exists ends
 // it with kResultShow after the host has shown that key.
 class CImportPreviewDlg : public CShdFormDialog {
@@ -37,6 +39,8 @@ private:
     HWND List() const;
 
     const CImportPreview& m_preview;
+    HKEY m_baseRoot = nullptr;  // null when the changes span roots
+    CString m_basePath;
     IImportPreviewHost& m_host;
     CString m_cellText;  // what the list was last given to show
 };

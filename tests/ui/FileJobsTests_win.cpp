@@ -295,9 +295,11 @@ TEST_F(FileJobsTest, ThePreviewListsWhatItsImportThenChanges)
     const std::string before = DumpTree(HKEY_CURRENT_USER, scratch.Path());
     std::ofstream(ToUtf8(Out()), std::ios::binary) << PreviewCaseFile(3, "");
     std::set<std::string> rows;
+    CString base;
     CModalScript script({Choose(L"out.reg"), [&] {
                              const HWND dialog = FindDialog(L"Preview Import");
                              ASSERT_NE(dialog, nullptr);
+                             base = ItemText(dialog, IDC_PREVIEW_BASE);
                              const HWND list = GetDlgItem(dialog, IDC_PREVIEW_LIST);
                              std::vector<CString> columns[3] = {ListRows(list, 0), ListRows(list, 1),
                                                                 ListRows(list, 2)};
@@ -306,13 +308,11 @@ TEST_F(FileJobsTest, ThePreviewListsWhatItsImportThenChanges)
                              SendMessageW(dialog, WM_COMMAND, IDM_PREVIEW_IMPORT, 0);
                          }});
     ImportPreviewCommand(m_owner.GetHwnd(), host);
+    // The rows name their keys below the base key, as the dump does.
+    EXPECT_EQ(base, CString(L"HKEY_CURRENT_USER\\") + scratch.Path());
     std::set<std::string> changed = {"Error||"};
-    for (const std::string& line : DumpDifference(before, DumpTree(HKEY_CURRENT_USER, scratch.Path()))) {
-        const size_t key = line.find('|') + 1;
-        const size_t value = line.find('|', key);
-        changed.insert(line.substr(0, key) + "HKEY_CURRENT_USER\\" + ToUtf8(scratch.Path()) + "\\" +
-                       line.substr(key, line.find('|', value + 1) - key));
-    }
+    for (const std::string& line : DumpDifference(before, DumpTree(HKEY_CURRENT_USER, scratch.Path())))
+        changed.insert(line.substr(0, line.rfind('|')));
     EXPECT_EQ(rows, changed);
     EXPECT_EQ(m_messages, (Messages{"There were errors during importing registry file. Not all keys and values were "
                                     "imported.|10030"}));
