@@ -126,11 +126,17 @@ bool COverlayPlatform::ExistsBelow(SNode& node)
 {
     if (node.below >= 0)
         return node.below == 1;
-    if (!ExistsBelow(*node.parent)) {
+    SNode& parent = *node.parent;
+    if (!ExistsBelow(parent)) {
         node.below = 0;
-    } else if (node.parent->read) {
-        const auto& names = node.parent->belowSubkeys;
-        node.below = std::binary_search(names.begin(), names.end(), node.name, NameLess) ? 1 : 0;
+        return false;
+    }
+    // A file goes through the subkeys of a key one after another: listing
+    // them costs one call a subkey, asking for each costs two.
+    if (!parent.subkeysRead && ++parent.lookups > 2)
+        ReadSubkeys(parent);
+    if (parent.subkeysRead) {
+        node.below = std::binary_search(parent.belowSubkeys.begin(), parent.belowSubkeys.end(), node.name, NameLess);
     } else {
         HKEY key = nullptr;
         node.below = m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) == ERROR_SUCCESS ? 1 : 0;
@@ -140,56 +146,97 @@ bool COverlayPlatform::ExistsBelow(SNode& node)
     return node.below == 1;
 }
 
-// Reads the key below whole, once: class, subkey names, values. A key that
-// cannot be read reads as empty.
-void COverlayPlatform::ReadBelow(SNode& node)
+// A key that cannot be read below reads as empty.
+void COverlayPlatform::ReadSubkeys(SNode& node)
 {
-    if (node.read || !ExistsBelow(node))
+    if (node.subkeysRead || !ExistsBelow(node))
         return;
-    node.read = true;
+    node.subkeysRead = true;
     HKEY key = nullptr;
     if (m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) != ERROR_SUCCESS)
         return;
-    DWORD classLength = 0, subkeys = 0, longestSubkey = 0, values = 0, longestName = 0, longestData = 0;
-    m_inner.RegQueryInfoKeyW(key, nullptr, &classLength, &subkeys, &longestSubkey, &values, &longestName,
-                             &longestData);
-    std::vector<WCHAR> name(std::max({classLength, longestSubkey, longestName}) + 1);
-    DWORD length = static_cast<DWORD>(name.size());
-    if (m_inner.RegQueryInfoKeyW(key, name.data(), &length, nullptr, nullptr, nullptr, nullptr, nullptr) ==
-        ERROR_SUCCESS)
-        node.belowClass = CString(name.data(), length);
-    for (DWORD index = 0;; ++index) {
-        length = static_cast<DWORD>(name.size());
+    DWORD longest = 0;
+    m_inner.RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &longest, nullptr, nullptr, nullptr);
+    std::vector<WCHAR> name(longest + 1);
+    for (DWORD index = 0;;) {
+        DWORD length = static_cast<DWORD>(name.size());
         const LONG status = m_inner.RegEnumKeyExW(key, index, name.data(), &length);
         if (status == ERROR_MORE_DATA) {
             name.resize(name.size() * 2);
-            --index;
-            continue;
-        }
-        if (status != ERROR_SUCCESS)
+        } else if (status == ERROR_SUCCESS) {
+            node.belowSubkeys.emplace_back(name.data(), length);
+            ++index;
+        } else {
             break;
-        node.belowSubkeys.emplace_back(name.data(), length);
-    }
-    std::vector<BYTE> data(std::max<DWORD>(longestData, 1));
-    for (DWORD index = 0;; ++index) {
-        length = static_cast<DWORD>(name.size());
-        DWORD type = REG_NONE;
-        DWORD size = static_cast<DWORD>(data.size());
-        const LONG status = m_inner.RegEnumValueW(key, index, name.data(), &length, &type, data.data(), &size);
-        if (status == ERROR_MORE_DATA) {
-            name.resize(name.size() * 2);
-            data.resize(std::max<size_t>(size, data.size() * 2));
-            --index;
-            continue;
         }
-        if (status != ERROR_SUCCESS)
-            break;
-        node.belowValues.push_back({CString(name.data(), length), {type, {data.begin(), data.begin() + size}}});
     }
     m_inner.RegCloseKey(key);
     std::sort(node.belowSubkeys.begin(), node.belowSubkeys.end(), NameLess);
+}
+
+void COverlayPlatform::ReadValues(SNode& node)
+{
+    if (node.valuesRead || !ExistsBelow(node))
+        return;
+    node.valuesRead = true;
+    HKEY key = nullptr;
+    if (m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) != ERROR_SUCCESS)
+        return;
+    // Most keys have no class or a short one: one query usually serves.
+    std::vector<WCHAR> name(64);
+    DWORD classLength = 0, longestName = 0, longestData = 0;
+    LONG status = ERROR_MORE_DATA;
+    while (status == ERROR_MORE_DATA) {
+        classLength = static_cast<DWORD>(name.size());
+        status = m_inner.RegQueryInfoKeyW(key, name.data(), &classLength, nullptr, nullptr, nullptr, &longestName,
+                                          &longestData);
+        if (status == ERROR_MORE_DATA)
+            name.resize(std::max<size_t>(classLength + 1, name.size() * 2));
+    }
+    if (status == ERROR_SUCCESS)
+        node.belowClass = CString(name.data(), classLength);
+    name.resize(std::max<size_t>(name.size(), longestName + 1));
+    std::vector<BYTE> data(std::max<DWORD>(longestData, 1));
+    for (DWORD index = 0;;) {
+        DWORD length = static_cast<DWORD>(name.size());
+        DWORD type = REG_NONE;
+        DWORD size = static_cast<DWORD>(data.size());
+        status = m_inner.RegEnumValueW(key, index, name.data(), &length, &type, data.data(), &size);
+        if (status == ERROR_MORE_DATA) {
+            name.resize(name.size() * 2);
+            data.resize(std::max<size_t>(size, data.size() * 2));
+        } else if (status == ERROR_SUCCESS) {
+            node.belowValues.push_back({CString(name.data(), length), {type, {data.begin(), data.begin() + size}}});
+            ++index;
+        } else {
+            break;
+        }
+    }
+    m_inner.RegCloseKey(key);
     std::sort(node.belowValues.begin(), node.belowValues.end(),
               [](const SValue& a, const SValue& b) { return NameLess(a.name, b.name); });
+}
+
+std::vector<COverlayPlatform::SValue> COverlayPlatform::ReadChangedValues(SNode& node)
+{
+    std::vector<SValue> values;
+    HKEY key = nullptr;
+    if (!ExistsBelow(node) || m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) != ERROR_SUCCESS)
+        return values;
+    std::vector<BYTE> data(256);
+    for (const SValue& changed : node.values) {
+        DWORD type = REG_NONE;
+        DWORD size = static_cast<DWORD>(data.size());
+        LONG status = m_inner.RegQueryValueExW(key, changed.name, &type, data.data(), &size);
+        if (status == ERROR_MORE_DATA) {
+            data.resize(size);
+            status = m_inner.RegQueryValueExW(key, changed.name, &type, data.data(), &size);
+        }
+        if (status == ERROR_SUCCESS)
+            values.push_back({changed.name, {type, {data.begin(), data.begin() + size}}});
+    }
+    m_inner.RegCloseKey(key);
+    return values;
 }
 
 const COverlayPlatform::SValue* COverlayPlatform::FindView(SNode& node, const CString& name)
@@ -200,7 +247,7 @@ const COverlayPlatform::SValue* COverlayPlatform::FindView(SNode& node, const CS
         return own->deleted ? nullptr : &*own;
     if (node.hidesBelow || !ExistsBelow(node))
         return nullptr;
-    ReadBelow(node);
+    ReadValues(node);
     const auto below = LowerBound(node.belowValues, name, nameOf);
     return below != node.belowValues.end() && CompareNoCase(below->name, name) == 0 ? &*below : nullptr;
 }
@@ -214,7 +261,8 @@ void COverlayPlatform::BuildView(SNode& node)
     node.viewValues.clear();
     const bool showsBelow = !node.hidesBelow && ExistsBelow(node);
     if (showsBelow) {
-        ReadBelow(node);
+        ReadSubkeys(node);
+        ReadValues(node);
         for (const CString& name : node.belowSubkeys) {
             const auto child = LowerBound(node.children, name, [](const std::unique_ptr<SNode>& c) { return c->name; });
             const bool gone = child != node.children.end() && CompareNoCase((*child)->name, name) == 0 &&
@@ -400,7 +448,7 @@ LONG COverlayPlatform::RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* class
         return status;
     BuildView(*node);
     if (node->state != EState::Present)
-        ReadBelow(*node);
+        ReadValues(*node);
     const CString& keyClass = node->state == EState::Present ? node->className : node->belowClass;
     if (className != nullptr && classLength != nullptr) {
         if (keyClass.GetLength() >= *classLength)
@@ -501,12 +549,25 @@ void COverlayPlatform::CollectChanges(SNode& node, std::vector<SChange>& changes
 }
 
 // The key's values below against those it shows now, both in name order.
+// Unless the key hides what is below, only the names the layer changed can
+// differ, and only those are asked for below.
 void COverlayPlatform::CollectValueChanges(SNode& node, std::vector<SChange>& changes)
 {
-    ReadBelow(node);
-    BuildView(node);
-    const std::vector<SValue>& before = node.belowValues;
-    const std::vector<const SValue*>& after = node.viewValues;
+    std::vector<SValue> changedBefore;
+    std::vector<const SValue*> changedAfter;
+    const bool whole = node.hidesBelow || node.valuesRead;
+    if (whole) {
+        ReadValues(node);
+        BuildView(node);
+    } else {
+        changedBefore = ReadChangedValues(node);
+        for (const SValue& value : node.values) {
+            if (!value.deleted)
+                changedAfter.push_back(&value);
+        }
+    }
+    const std::vector<SValue>& before = whole ? node.belowValues : changedBefore;
+    const std::vector<const SValue*>& after = whole ? node.viewValues : changedAfter;
     const CString path = PathOf(node);
     size_t b = 0, a = 0;
     while (b < before.size() || a < after.size()) {

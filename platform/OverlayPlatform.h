@@ -14,10 +14,12 @@
 // through. What the layer changes, measured against the registry below, is
 // Changes().
 //
-// Each key is looked up below at most once for its existence and read at most
-// once whole (its subkeys, values and class) when something needs its
-// listing; keys made in the layer are never looked up below their first new
-// ancestor. Used by one thread at a time.
+// Each key is looked up below at most once for its existence, and its
+// subkeys and values are each listed at most once, when something needs
+// them; from the third lookup of keys below one parent, the parent's subkeys
+// are listed instead. Keys made in the layer are never looked up below their
+// first new ancestor, and a key whose values the layer only set or deleted is
+// asked below for those values alone. Used by one thread at a time.
 class COverlayPlatform : public CForwardingPlatform {
 public:
     enum class EChange { KeyCreated, KeyDeleted, ValueAdded, ValueChanged, ValueDeleted };
@@ -81,7 +83,9 @@ private:
         std::vector<std::unique_ptr<SNode>> children;  // sorted by name
         std::vector<SValue> values;                    // the layer's, sorted by name
         // The key as read below, once.
-        bool read = false;
+        int lookups = 0;  // of subkeys below, before they were listed
+        bool subkeysRead = false;
+        bool valuesRead = false;
         CString belowClass;
         std::vector<CString> belowSubkeys;
         std::vector<SValue> belowValues;
@@ -100,7 +104,10 @@ private:
     CString PathOf(const SNode& node) const;
     bool Exists(SNode& node);
     bool ExistsBelow(SNode& node);
-    void ReadBelow(SNode& node);
+    void ReadSubkeys(SNode& node);
+    void ReadValues(SNode& node);
+    // The values below of the names the layer changed, in name order.
+    std::vector<SValue> ReadChangedValues(SNode& node);
     const SValue* FindView(SNode& node, const CString& name);
     void BuildView(SNode& node);
     void Changed(SNode& node);
