@@ -12,7 +12,6 @@
 #include "bench/BenchSupport_win.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/ImportPreview.h"
-#include "regfile/RegImportRun.h"
 #include "registry/KeyOperations.h"
 
 namespace {
@@ -24,18 +23,6 @@ struct SPreviewRun {
     size_t changes = 0;
     size_t overlayBytes = 0;
 };
-
-double TimeImport(const CString& file)
-{
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    CString error;
-    const bool result = CRegImportRun(file, true).Run([] { return false; }, error);
-    QueryPerformanceCounter(&end);
-    if (!result)
-        std::fprintf(stderr, "the import failed: %s\n", ToUtf8(error).c_str());
-    return result ? Milliseconds(start, end) : -1;
-}
 
 SPreviewRun TimePreview(const CString& file)
 {

@@ -5,26 +5,9 @@
 
 #include "base/Text.h"
 #include "platform/RegistryRootKeys.h"
+#include "platform/SubkeyPath.h"
 
 namespace {
-
-std::vector<CString> SplitPath(LPCWSTR path)
-{
-    std::vector<CString> parts;
-    CString current;
-    for (; path != nullptr && *path != 0; ++path) {
-        if (*path == '\\') {
-            if (!current.IsEmpty())
-                parts.push_back(current);
-            current.Empty();
-        } else {
-            current += *path;
-        }
-    }
-    if (!current.IsEmpty())
-        parts.push_back(current);
-    return parts;
-}
 
 bool NameLess(const CString& a, const CString& b)
 {
@@ -138,22 +121,33 @@ bool COverlayPlatform::ExistsBelow(SNode& node)
     if (parent.subkeysRead) {
         node.below = std::binary_search(parent.belowSubkeys.begin(), parent.belowSubkeys.end(), node.name, NameLess);
     } else {
-        HKEY key = nullptr;
-        node.below = m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) == ERROR_SUCCESS ? 1 : 0;
+        const HKEY key = OpenBelow(node);
+        node.below = key != nullptr ? 1 : 0;
         if (key != nullptr)
             m_inner.RegCloseKey(key);
     }
     return node.below == 1;
 }
 
+HKEY COverlayPlatform::OpenBelow(const SNode& node)
+{
+    HKEY key = nullptr;
+    return m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) == ERROR_SUCCESS ? key : nullptr;
+}
+
+HKEY COverlayPlatform::OpenToRead(SNode& node, bool& done)
+{
+    if (done || !ExistsBelow(node))
+        return nullptr;
+    done = true;
+    return OpenBelow(node);
+}
+
 // A key that cannot be read below reads as empty.
 void COverlayPlatform::ReadSubkeys(SNode& node)
 {
-    if (node.subkeysRead || !ExistsBelow(node))
-        return;
-    node.subkeysRead = true;
-    HKEY key = nullptr;
-    if (m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) != ERROR_SUCCESS)
+    const HKEY key = OpenToRead(node, node.subkeysRead);
+    if (key == nullptr)
         return;
     DWORD longest = 0;
     m_inner.RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &longest, nullptr, nullptr, nullptr);
@@ -176,11 +170,8 @@ void COverlayPlatform::ReadSubkeys(SNode& node)
 
 void COverlayPlatform::ReadValues(SNode& node)
 {
-    if (node.valuesRead || !ExistsBelow(node))
-        return;
-    node.valuesRead = true;
-    HKEY key = nullptr;
-    if (m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) != ERROR_SUCCESS)
+    const HKEY key = OpenToRead(node, node.valuesRead);
+    if (key == nullptr)
         return;
     // Most keys have no class or a short one: one query usually serves.
     std::vector<WCHAR> name(64);
@@ -220,8 +211,8 @@ void COverlayPlatform::ReadValues(SNode& node)
 std::vector<COverlayPlatform::SValue> COverlayPlatform::ReadChangedValues(SNode& node)
 {
     std::vector<SValue> values;
-    HKEY key = nullptr;
-    if (!ExistsBelow(node) || m_inner.RegOpenKeyExW(node.root, PathOf(node), 0, 0, &key) != ERROR_SUCCESS)
+    const HKEY key = ExistsBelow(node) ? OpenBelow(node) : nullptr;
+    if (key == nullptr)
         return values;
     std::vector<BYTE> data(256);
     for (const SValue& changed : node.values) {
@@ -250,6 +241,16 @@ const COverlayPlatform::SValue* COverlayPlatform::FindView(SNode& node, const CS
     ReadValues(node);
     const auto below = LowerBound(node.belowValues, name, nameOf);
     return below != node.belowValues.end() && CompareNoCase(below->name, name) == 0 ? &*below : nullptr;
+}
+
+COverlayPlatform::SValue& COverlayPlatform::OwnValue(SNode& node, const CString& name)
+{
+    auto position = LowerBound(node.values, name, [](const SValue& value) { return value.name; });
+    if (position == node.values.end() || CompareNoCase(position->name, name) != 0) {
+        position = node.values.insert(position, SValue());
+        position->name = name;
+    }
+    return *position;
 }
 
 void COverlayPlatform::BuildView(SNode& node)
@@ -309,7 +310,7 @@ LONG COverlayPlatform::RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD, REGSAM,
     const LONG status = Resolve(parent, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitPath(subKey)) {
+    for (const CString& name : SplitSubkeyPath(subKey)) {
         node = Child(*node, name);
         if (!Exists(*node))
             return ERROR_FILE_NOT_FOUND;
@@ -327,7 +328,7 @@ LONG COverlayPlatform::RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWSTR clas
     if (status != ERROR_SUCCESS)
         return status;
     DWORD outcome = REG_OPENED_EXISTING_KEY;
-    for (const CString& name : SplitPath(subKey)) {
+    for (const CString& name : SplitSubkeyPath(subKey)) {
         SNode* child = Child(*node, name);
         outcome = REG_OPENED_EXISTING_KEY;
         if (!Exists(*child)) {
@@ -388,14 +389,9 @@ LONG COverlayPlatform::RegSetValueExW(HKEY key, LPCWSTR name, DWORD type, const 
     const LONG status = Resolve(key, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    const CString valueName(name);
-    auto position = LowerBound(node->values, valueName, [](const SValue& value) { return value.name; });
-    if (position == node->values.end() || CompareNoCase(position->name, valueName) != 0) {
-        position = node->values.insert(position, SValue());
-        position->name = valueName;
-    }
-    position->data = {type, {data, data + size}};
-    position->deleted = false;
+    SValue& value = OwnValue(*node, CString(name));
+    value.data = {type, {data, data + size}};
+    value.deleted = false;
     Changed(*node);
     return ERROR_SUCCESS;
 }
@@ -486,7 +482,7 @@ LONG COverlayPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
     const LONG status = Resolve(parent, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitPath(subKey)) {
+    for (const CString& name : SplitSubkeyPath(subKey)) {
         node = Child(*node, name);
         if (!Exists(*node))
             return ERROR_FILE_NOT_FOUND;
@@ -514,13 +510,9 @@ LONG COverlayPlatform::RegDeleteValueW(HKEY key, LPCWSTR name)
     const CString valueName(name);
     if (FindView(*node, valueName) == nullptr)
         return ERROR_FILE_NOT_FOUND;
-    auto position = LowerBound(node->values, valueName, [](const SValue& value) { return value.name; });
-    if (position == node->values.end() || CompareNoCase(position->name, valueName) != 0) {
-        position = node->values.insert(position, SValue());
-        position->name = valueName;
-    }
-    position->data = SData();
-    position->deleted = true;
+    SValue& value = OwnValue(*node, valueName);
+    value.data = SData();
+    value.deleted = true;
     Changed(*node);
     return ERROR_SUCCESS;
 }

@@ -104,11 +104,18 @@ private:
     CString PathOf(const SNode& node) const;
     bool Exists(SNode& node);
     bool ExistsBelow(SNode& node);
+    // The key below, opened for reading; null when it cannot be.
+    HKEY OpenBelow(const SNode& node);
+    // The same for a listing made once: null as well when `done` was set,
+    // which it sets.
+    HKEY OpenToRead(SNode& node, bool& done);
     void ReadSubkeys(SNode& node);
     void ReadValues(SNode& node);
     // The values below of the names the layer changed, in name order.
     std::vector<SValue> ReadChangedValues(SNode& node);
     const SValue* FindView(SNode& node, const CString& name);
+    // The layer's own entry for a value, made when there is none.
+    SValue& OwnValue(SNode& node, const CString& name);
     void BuildView(SNode& node);
     void Changed(SNode& node);
     HKEY NewHandle(SNode& node);

@@ -18,7 +18,6 @@ namespace {
 
 using EChange = COverlayPlatform::EChange;
 
-const DWORD kListExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_ONECLICKACTIVATE;
 const int kSideMarginDesign = 8;
 const UINT kProgressDelay = 500;
 
@@ -102,10 +101,7 @@ bool CImportPreviewDlg::OnInitDialog()
                              IDR_IMPORT_PREVIEW_MENUBAR) == nullptr)
         return false;
     const HWND list = List();
-    SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, kListExtendedStyle, kListExtendedStyle);
-    const HFONT font = CShdFontsManager::Instance().GetDefaultFont();
-    SendMessageW(list, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    SendMessageW(ListView_GetHeader(list), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    SetUpDialogList(list);
     for (int i = 0; i < static_cast<int>(std::size(kColumns)); ++i) {
         LVCOLUMNW column = {};
         column.mask = LVCF_TEXT | LVCF_WIDTH;

@@ -86,25 +86,28 @@ std::set<std::string> DumpDifference(const std::string& before, const std::strin
     const CDumpKeys now = ParseDump(after);
     std::set<std::string> lines;
     const auto add = [&](const char* change, const std::string& key, const std::string& name,
-                         const std::string& data) { lines.insert(std::string(change) + "|" + key + "|" + name + "|" + data); };
+                         const std::string& data) {
+        lines.insert(std::string(change) + "|" + key + "|" + name + "|" + data);
+    };
     for (const auto& [key, values] : old) {
         if (now.count(key) == 0)
             add("Key deleted", key, "", "");
     }
+    static const std::map<std::string, std::string> kNoValues;
     for (const auto& [key, values] : now) {
         const auto oldKey = old.find(key);
         if (oldKey == old.end())
             add("Key created", key, "", "");
-        const auto* oldValues = oldKey == old.end() ? nullptr : &oldKey->second;
+        const auto& oldValues = oldKey == old.end() ? kNoValues : oldKey->second;
         for (const auto& [name, line] : values) {
-            const auto oldValue = oldValues ? oldValues->find(name) : values.end();
-            if (!oldValues || oldValue == oldValues->end())
+            const auto oldValue = oldValues.find(name);
+            if (oldValue == oldValues.end())
                 add("Value added", key, name, line);
             else if (oldValue->second != line)
                 add("Value changed", key, name, oldValue->second + " " + line);
         }
-        for (const auto& [name, line] : oldValues ? *oldValues : values) {
-            if (oldValues && values.count(name) == 0)
+        for (const auto& [name, line] : oldValues) {
+            if (values.count(name) == 0)
                 add("Value deleted", key, name, line);
         }
     }
