@@ -16,3 +16,17 @@ void CFilesController::Import()
     CPaneFocus focus(m_panes, CPaneFocus::kList);
     ImportCommand(m_panes.GetOwner());
 }
+
+void CFilesController::PreviewImport()
+{
+    ImportPreviewCommand(m_panes.GetOwner(), *this);
+}
+
+bool CFilesController::ShowRegistryItem(HKEY root, LPCWSTR path, LPCWSTR valueName)
+{
+    if (!m_panes.NavigateTo(root, path))
+        return false;
+    const bool onValue = valueName != nullptr && m_panes.SelectValueByName(valueName);
+    SetFocus(onValue ? m_panes.GetList() : m_panes.GetTree());
+    return true;
+}

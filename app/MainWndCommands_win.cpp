@@ -43,6 +43,9 @@ void CMainWnd::OnCommand(UINT command)
     case IDM_IMPORT:
         m_files.Import();
         break;
+    case IDM_IMPORT_PREVIEW:
+        m_files.PreviewImport();
+        break;
     case IDM_VALUE_EDIT:
     case IDM_VALUE_EDIT_BINARY:
         m_edit.EditSelectedValue(command == IDM_VALUE_EDIT_BINARY);

@@ -49,7 +49,7 @@ bool GetMenuItemState(UINT command, const SMenuContext& context, SMenuItemState&
         state.enabled = onKey && context.clipboardKind != 0;
     } else if (command == IDM_VALUE_PASTE) {
         state.enabled = onKey && ClipboardHoldsValues(context.clipboardKind);
-    } else if (IsOneOf(command, {IDM_REGISTRY_REFRESH, IDM_IMPORT, IDM_EXPORT, IDM_KEY_REFRESH, IDM_GO_TO})) {
+    } else if (IsOneOf(command, {IDM_REGISTRY_REFRESH, IDM_IMPORT, IDM_IMPORT_PREVIEW, IDM_EXPORT, IDM_KEY_REFRESH, IDM_GO_TO})) {
         state.enabled = !context.resultsVisible;
     } else if (command == IDM_SEARCH_SHOW_RESULTS) {
         state.enabled = context.resultsVisible || context.resultsExist;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "base/Utf8.h"
+#include "regfile/RegImportRun.h"
 #include "registry/RegKey.h"
 
 double Milliseconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to)
@@ -38,6 +39,18 @@ double TimeCommand(std::wstring command)
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
     return exitCode == 0 ? Milliseconds(start, end) : -1;
+}
+
+double TimeImport(const CString& file)
+{
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    CString error;
+    const bool result = CRegImportRun(file, true).Run([] { return false; }, error);
+    QueryPerformanceCounter(&end);
+    if (!result)
+        std::fprintf(stderr, "Quenda's import failed: %s\n", ToUtf8(error).c_str());
+    return result ? Milliseconds(start, end) : -1;
 }
 
 void CountTree(HKEY parent, const CString& path, unsigned& keys, unsigned& values)

@@ -11,25 +11,11 @@
 #include "base/Utf8.h"
 #include "bench/BenchSupport_win.h"
 #include "platform/FaultInjectingPlatform.h"
-#include "regfile/RegImportRun.h"
 #include "registry/KeyOperations.h"
 
 namespace {
 
 const int kRounds = 3;
-
-// Milliseconds of one Quenda import, or -1 if it failed.
-double TimeQuenda(const CString& file)
-{
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    CString error;
-    const bool result = CRegImportRun(file, true).Run([] { return false; }, error);
-    QueryPerformanceCounter(&end);
-    if (!result)
-        std::fprintf(stderr, "Quenda's import failed: %s\n", ToUtf8(error).c_str());
-    return result ? Milliseconds(start, end) : -1;
-}
 
 }  // namespace
 
@@ -49,7 +35,7 @@ int main(int argc, char** argv)
         DeleteKeyTree(HKEY_CURRENT_USER, path);
         const double regTime = TimeCommand(regImport);
         DeleteKeyTree(HKEY_CURRENT_USER, path);
-        const double quendaTime = TimeQuenda(file);
+        const double quendaTime = TimeImport(file);
         if (regTime < 0 || quendaTime < 0)
             return 1;
         std::printf("round %d: reg import %.0f ms, Quenda %.0f ms\n", round + 1, regTime, quendaTime);
@@ -67,7 +53,7 @@ int main(int argc, char** argv)
         CScopedPlatform scoped(counter);
         DeleteKeyTree(HKEY_CURRENT_USER, path);
         counter.ResetRegistryCallCount();
-        TimeQuenda(file);
+        TimeImport(file);
     }
     std::printf("Quenda's registry calls per key: %.2f (a create, a write per value, a close)\n",
                 static_cast<double>(counter.RegistryCallCount()) / keys);

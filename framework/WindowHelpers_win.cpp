@@ -34,6 +34,15 @@ HFONT CShdFontsManager::GetDefaultFont()
     return m_defaultFont.Get();
 }
 
+void SetUpDialogList(HWND list)
+{
+    const DWORD style = LVS_EX_FULLROWSELECT | LVS_EX_ONECLICKACTIVATE;
+    SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, style, style);
+    const HFONT font = CShdFontsManager::Instance().GetDefaultFont();
+    SendMessageW(list, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    SendMessageW(ListView_GetHeader(list), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+}
+
 bool CTransparentWindow::Create(DWORD exStyle, DWORD style, int x, int y, int width, int height, HWND parent, UINT id,
                                 HINSTANCE instance)
 {

@@ -21,6 +21,10 @@ private:
     CShdUniqueFont m_defaultFont;
 };
 
+// A dialog's list view as the program's lists look: full-row selection, one
+// tap to activate, and the default font on its rows and its header.
+void SetUpDialogList(HWND list);
+
 // A child window that paints nothing and claims its background erased, so
 // that the screen keeps what lay under it.
 class CTransparentWindow : public CShdWnd {

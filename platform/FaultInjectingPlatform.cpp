@@ -102,6 +102,7 @@ LONG CFaultInjectingPlatform::RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWS
                                               REGSAM sam, HKEY* result, DWORD* disposition)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     const LONG fault = KeyFault(m_openFaults, subKey);
     if (fault != ERROR_SUCCESS) {
         *result = nullptr;
@@ -131,6 +132,7 @@ LONG CFaultInjectingPlatform::RegQueryValueExW(HKEY key, LPCWSTR name, DWORD* ty
 LONG CFaultInjectingPlatform::RegSetValueExW(HKEY key, LPCWSTR name, DWORD type, const BYTE* data, DWORD size)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     {
         std::lock_guard<std::mutex> lock(m_lock);
         LONG error = ERROR_SUCCESS;
@@ -175,6 +177,7 @@ LONG CFaultInjectingPlatform::RegQueryKeyStampW(HKEY key, DWORD* subKeys, DWORD*
 LONG CFaultInjectingPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     const LONG fault = KeyFault(m_keyDeleteFaults, subKey);
     if (fault != ERROR_SUCCESS)
         return fault;
@@ -184,6 +187,7 @@ LONG CFaultInjectingPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
 LONG CFaultInjectingPlatform::RegDeleteValueW(HKEY key, LPCWSTR name)
 {
     ++m_registryCalls;
+    ++m_registryWrites;
     {
         std::lock_guard<std::mutex> lock(m_lock);
         LONG error = ERROR_SUCCESS;

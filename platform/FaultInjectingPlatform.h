@@ -36,6 +36,9 @@ public:
 
     unsigned RegistryCallCount() const { return m_registryCalls; }
     void ResetRegistryCallCount() { m_registryCalls = 0; }
+    // Calls that would change the registry: creating or deleting a key,
+    // writing or deleting a value (whether or not they succeed).
+    unsigned RegistryWriteCount() const { return m_registryWrites; }
 
     LONG RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD options, REGSAM sam, HKEY* result) override;
     LONG RegCreateKeyExW(HKEY parent, LPCWSTR subKey, LPCWSTR className, DWORD options, REGSAM sam, HKEY* result,
@@ -76,4 +79,5 @@ private:
     DWORD m_fileBytesLeft = 0;
     bool m_failThreads = false;
     std::atomic<unsigned> m_registryCalls{0};
+    std::atomic<unsigned> m_registryWrites{0};
 };

@@ -5,32 +5,7 @@
 
 #include "base/Text.h"
 #include "platform/RegistryRootKeys.h"
-
-namespace {
-
-// Splits a subkey path into its names. Empty names (a trailing or doubled
-// backslash) are passed over, as the system does.
-std::vector<CString> SplitPath(LPCWSTR path)
-{
-    std::vector<CString> parts;
-    if (path == nullptr)
-        return parts;
-    CString current;
-    for (; *path != 0; ++path) {
-        if (*path == '\\') {
-            if (!current.IsEmpty())
-                parts.push_back(current);
-            current.Empty();
-        } else {
-            current += *path;
-        }
-    }
-    if (!current.IsEmpty())
-        parts.push_back(current);
-    return parts;
-}
-
-}  // namespace
+#include "platform/SubkeyPath.h"
 
 CMemoryRegistry::CMemoryRegistry()
 {
@@ -58,7 +33,7 @@ LONG CMemoryRegistry::Find(HKEY parent, LPCWSTR subKey, std::shared_ptr<SNode>* 
     const LONG status = Resolve(parent, node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitPath(subKey)) {
+    for (const CString& name : SplitSubkeyPath(subKey)) {
         *node = FindSubkey(**node, name, nullptr);
         if (!*node)
             return ERROR_FILE_NOT_FOUND;
@@ -131,7 +106,7 @@ LONG CMemoryRegistry::CreateKey(HKEY parent, LPCWSTR subKey, LPCWSTR className, 
     if (status != ERROR_SUCCESS)
         return status;
     DWORD outcome = REG_OPENED_EXISTING_KEY;
-    for (const CString& name : SplitPath(subKey)) {
+    for (const CString& name : SplitSubkeyPath(subKey)) {
         size_t insertAt = 0;
         std::shared_ptr<SNode> child = FindSubkey(*node, name, &insertAt);
         if (!child) {

@@ -2,10 +2,13 @@
 
 namespace {
 IPlatform* g_current = nullptr;
+thread_local IPlatform* t_current = nullptr;
 }
 
 IPlatform& Platform()
 {
+    if (t_current != nullptr)
+        return *t_current;
     return g_current ? *g_current : SystemPlatform();
 }
 
@@ -17,4 +20,14 @@ CScopedPlatform::CScopedPlatform(IPlatform& platform) : m_previous(g_current)
 CScopedPlatform::~CScopedPlatform()
 {
     g_current = m_previous;
+}
+
+CScopedThreadPlatform::CScopedThreadPlatform(IPlatform& platform) : m_previous(t_current)
+{
+    t_current = &platform;
+}
+
+CScopedThreadPlatform::~CScopedThreadPlatform()
+{
+    t_current = m_previous;
 }

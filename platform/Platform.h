@@ -77,7 +77,8 @@ public:
 };
 
 // The platform the program runs on: the system's own unless a test put
-// another in place with CScopedPlatform.
+// another in place with CScopedPlatform, or the calling thread has one of its
+// own (CScopedThreadPlatform).
 IPlatform& Platform();
 
 // The system's own platform of this build.
@@ -91,6 +92,20 @@ public:
     ~CScopedPlatform();
     CScopedPlatform(const CScopedPlatform&) = delete;
     CScopedPlatform& operator=(const CScopedPlatform&) = delete;
+
+private:
+    IPlatform* m_previous;
+};
+
+// Puts a platform in place for the calling thread alone, for the lifetime of
+// the object: work on a worker thread can run against another registry (an
+// import preview's overlay) while every other thread keeps the real one.
+class CScopedThreadPlatform {
+public:
+    explicit CScopedThreadPlatform(IPlatform& platform);
+    ~CScopedThreadPlatform();
+    CScopedThreadPlatform(const CScopedThreadPlatform&) = delete;
+    CScopedThreadPlatform& operator=(const CScopedThreadPlatform&) = delete;
 
 private:
     IPlatform* m_previous;

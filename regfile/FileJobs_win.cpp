@@ -91,15 +91,22 @@ void ExportCommand(HWND owner, HKEY selectedRoot, LPCWSTR selectedPath)
                  wholeRegistry || selectedPath == nullptr ? TEXT("") : selectedPath, false);
 }
 
+bool ChooseImportFile(HWND owner, CString& file)
+{
+    if (!ChooseFile(owner, file))
+        return false;
+    if (!FileExists(file)) {
+        ShowMessage(owner, TEXT("File does not exist."), kError);
+        return false;
+    }
+    return true;
+}
+
 void ImportCommand(HWND owner)
 {
     CString file;
-    if (!ChooseFile(owner, file))
+    if (!ChooseImportFile(owner, file))
         return;
-    if (!FileExists(file)) {
-        ShowMessage(owner, TEXT("File does not exist."), kError);
-        return;
-    }
     if (ShowMessage(owner, TEXT("Do you want to import registry file?"), kQuestion) == IDYES)
         RunImportJob(owner, file);
 }

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "base/CString.h"
+
 // The import and export jobs as the user meets them: the file dialog, the
 // export options, the progress dialog while the worker runs and the final
 // message. Every message box is captioned "Quenda" and goes through
@@ -20,6 +22,10 @@ void SetFileDialogStart(LPCWSTR path);
 // `selectedPath` is then empty or null. Asks for the file, the overwrite
 // question and the export options, then runs RunExportJob.
 void ExportCommand(HWND owner, HKEY selectedRoot, LPCWSTR selectedPath);
+
+// Asks for an existing file to import; false when the user cancels or
+// chooses a file that does not exist (after saying so).
+bool ChooseImportFile(HWND owner, CString& file);
 
 // "Import..." (40066). Asks for an existing file and a confirmation, then
 // runs RunImportJob.

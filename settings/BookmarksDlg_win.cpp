@@ -16,7 +16,6 @@
 
 namespace {
 
-const DWORD kListExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_ONECLICKACTIVATE;
 const int kSideMarginDesign = 8;
 const LPCWSTR kAlreadyExists = TEXT("This bookmark already exists.");
 
@@ -42,10 +41,7 @@ bool CBookmarksDlg::OnInitDialog()
     if (m_softKeys == nullptr)
         return false;
     const HWND list = List();
-    SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, kListExtendedStyle, kListExtendedStyle);
-    const HFONT font = CShdFontsManager::Instance().GetDefaultFont();
-    SendMessageW(list, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    SendMessageW(ListView_GetHeader(list), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    SetUpDialogList(list);
     RECT client = {};
     GetClientRect(window, &client);
     LVCOLUMNW column = {};

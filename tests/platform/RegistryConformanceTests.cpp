@@ -1,19 +1,22 @@
 // The same tests run against the in-memory registry (Linux build) and the
 // real one (Windows build, under Wine): together they show that the two
-// agree on every call the program makes.
+// agree on every call the program makes. Each runs again through an overlay
+// above that registry (the import preview's), which must answer the same.
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 #include "base/Text.h"
+#include "platform/OverlayPlatform.h"
 #include "platform/Platform.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestText.h"
 
 namespace {
 
-class RegistryConformance : public testing::Test {
+class RegistryConformance : public testing::TestWithParam<bool> {
 protected:
     RegistryConformance() : m_scratch(TEXT("Conformance")), m_key(m_scratch.Handle()) {}
 
@@ -60,12 +63,15 @@ protected:
         return names;
     }
 
+    std::unique_ptr<COverlayPlatform> m_overlay =
+        GetParam() ? std::make_unique<COverlayPlatform>(Platform()) : nullptr;
+    std::unique_ptr<CScopedPlatform> m_scoped = m_overlay ? std::make_unique<CScopedPlatform>(*m_overlay) : nullptr;
     IPlatform& m_platform = Platform();
     CScratchKey m_scratch;
     HKEY m_key;
 };
 
-TEST_F(RegistryConformance, KeysAreFoundWithoutRegardToCaseAndKeepTheirCase)
+TEST_P(RegistryConformance, KeysAreFoundWithoutRegardToCaseAndKeepTheirCase)
 {
     DWORD disposition = 0;
     HKEY created = Create(m_key, W("Mixed\\Ärger"), nullptr, &disposition);
@@ -95,7 +101,7 @@ TEST_F(RegistryConformance, KeysAreFoundWithoutRegardToCaseAndKeepTheirCase)
     m_platform.RegCloseKey(opened);
 }
 
-TEST_F(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
+TEST_P(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
 {
     for (const char* name : {"b", "A", "c", "_x", "B2"})
         m_platform.RegCloseKey(Create(m_key, W(name)));
@@ -109,7 +115,7 @@ TEST_F(RegistryConformance, SubkeysEnumerateInCaseInsensitiveOrder)
     EXPECT_EQ(m_platform.RegEnumKeyExW(m_key, 99, name, &length), ERROR_NO_MORE_ITEMS);
 }
 
-TEST_F(RegistryConformance, ANameThatExactlyFillsTheBufferIsMoreDataAndDataTooLargeReportsItsSize)
+TEST_P(RegistryConformance, ANameThatExactlyFillsTheBufferIsMoreDataAndDataTooLargeReportsItsSize)
 {
     m_platform.RegCloseKey(Create(m_key, W("Sub")));
     WCHAR name[261];
@@ -162,7 +168,7 @@ TEST_F(RegistryConformance, ANameThatExactlyFillsTheBufferIsMoreDataAndDataTooLa
     EXPECT_EQ(m_platform.RegEnumValueW(m_key, 1, name, &length, &type, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
 }
 
-TEST_F(RegistryConformance, ValueNamesIgnoreCaseAndKeepTheirFirstSpelling)
+TEST_P(RegistryConformance, ValueNamesIgnoreCaseAndKeepTheirFirstSpelling)
 {
     Set(m_key, W("Ärger"), REG_DWORD, Bytes({1, 0, 0, 0}));
     Set(m_key, W("ärger"), REG_BINARY, Bytes({2}));
@@ -186,7 +192,7 @@ TEST_F(RegistryConformance, ValueNamesIgnoreCaseAndKeepTheirFirstSpelling)
     EXPECT_EQ(m_platform.RegDeleteValueW(m_key, W("Ärger")), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClassKeysWithSubkeysStay)
+TEST_P(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClassKeysWithSubkeysStay)
 {
     HKEY key = Create(m_key, W("Info"), TEXT("myclass"));
     Set(key, W("a"), REG_BINARY, Bytes({1, 2, 3}));
@@ -209,6 +215,15 @@ TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClassKeysWithSu
     EXPECT_NE(m_platform.RegQueryInfoKeyW(key, className, &classLength, nullptr, nullptr, nullptr, nullptr, nullptr),
               ERROR_SUCCESS);
     EXPECT_EQ(classLength, 7u);
+
+    // The stamp gives the same counts, and a write moves the last-write time.
+    DWORD stampSubkeys = 0, stampValues = 0;
+    FILETIME before = {}, after = {};
+    ASSERT_EQ(m_platform.RegQueryKeyStampW(key, &stampSubkeys, &stampValues, &before), ERROR_SUCCESS);
+    EXPECT_EQ(std::vector<DWORD>({stampSubkeys, stampValues}), std::vector<DWORD>({2, 2}));
+    Set(key, W("a"), REG_BINARY, Bytes({4}));
+    ASSERT_EQ(m_platform.RegQueryKeyStampW(key, &stampSubkeys, &stampValues, &after), ERROR_SUCCESS);
+    EXPECT_TRUE(before.dwLowDateTime != after.dwLowDateTime || before.dwHighDateTime != after.dwHighDateTime);
 
     // Creating an existing key (as every "open for writing, creating when
     // missing" does) and writing into it keeps its class, whatever class the
@@ -238,7 +253,7 @@ TEST_F(RegistryConformance, QueryInfoReportsCountsLongestNamesAndClassKeysWithSu
 
 // A key opened with no rights is read and written all the same; the roots
 // need no opening; the handle of a deleted key answers "key deleted".
-TEST_F(RegistryConformance, HandlesWithoutRightsOfRootsAndOfDeletedKeys)
+TEST_P(RegistryConformance, HandlesWithoutRightsOfRootsAndOfDeletedKeys)
 {
     Set(m_key, W("v"), REG_DWORD, Bytes({1, 0, 0, 0}));
     HKEY key = nullptr;
@@ -266,5 +281,7 @@ TEST_F(RegistryConformance, HandlesWithoutRightsOfRootsAndOfDeletedKeys)
     EXPECT_EQ(m_platform.RegSetValueExW(doomed, W("w"), REG_BINARY, nullptr, 0), ERROR_KEY_DELETED);
     EXPECT_EQ(m_platform.RegCloseKey(doomed), ERROR_SUCCESS);
 }
+
+INSTANTIATE_TEST_SUITE_P(DirectAndOverlaid, RegistryConformance, testing::Bool());
 
 }  // namespace

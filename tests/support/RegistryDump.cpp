@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <sstream>
 #include <vector>
 
 #include "base/Text.h"
@@ -34,10 +36,7 @@ void DumpKey(HKEY parent, const CString& path, const CString& shownName, std::st
     for (const CString& valueName : names) {
         CShdBinaryBuffer data;
         key.ReadValue(valueName, type, data);
-        out += "  \"" + ToUtf8(valueName) + "\" " + ToUtf8(CString::Formatted(TEXT("%x:"), type));
-        for (size_t i = 0; i < data.GetSize(); ++i)
-            out += ToUtf8(CString::Formatted(TEXT(" %02x"), data.GetData()[i]));
-        out += "\n";
+        out += DumpValue(valueName, type, data.GetData(), data.GetSize());
     }
     std::vector<CString> subkeys;
     for (DWORD index = 0; key.EnumSubkey(index, name); ++index)
@@ -48,6 +47,72 @@ void DumpKey(HKEY parent, const CString& path, const CString& shownName, std::st
 }
 
 }  // namespace
+
+std::string DumpValue(const CString& name, DWORD type, const BYTE* data, size_t size)
+{
+    std::string out = "  \"" + ToUtf8(name) + "\" " + ToUtf8(CString::Formatted(TEXT("%x:"), type));
+    for (size_t i = 0; i < size; ++i)
+        out += ToUtf8(CString::Formatted(TEXT(" %02x"), data[i]));
+    return out + "\n";
+}
+
+namespace {
+
+// Each key of a dump with its values, by name (the text between the quotes).
+using CDumpKeys = std::map<std::string, std::map<std::string, std::string>>;
+
+CDumpKeys ParseDump(const std::string& dump)
+{
+    CDumpKeys keys;
+    std::istringstream lines(dump);
+    std::string line, key;
+    while (std::getline(lines, line)) {
+        if (line.rfind("  \"", 0) == 0) {
+            const size_t close = line.find("\" ", 3);
+            keys[key][line.substr(3, close - 3)] = line.substr(2);
+        } else if (line != "(missing)") {
+            key = line.substr(0, line.find(" ("));
+            keys[key];
+        }
+    }
+    return keys;
+}
+
+}  // namespace
+
+std::set<std::string> DumpDifference(const std::string& before, const std::string& after)
+{
+    const CDumpKeys old = ParseDump(before);
+    const CDumpKeys now = ParseDump(after);
+    std::set<std::string> lines;
+    const auto add = [&](const char* change, const std::string& key, const std::string& name,
+                         const std::string& data) {
+        lines.insert(std::string(change) + "|" + key + "|" + name + "|" + data);
+    };
+    for (const auto& [key, values] : old) {
+        if (now.count(key) == 0)
+            add("Key deleted", key, "", "");
+    }
+    static const std::map<std::string, std::string> kNoValues;
+    for (const auto& [key, values] : now) {
+        const auto oldKey = old.find(key);
+        if (oldKey == old.end())
+            add("Key created", key, "", "");
+        const auto& oldValues = oldKey == old.end() ? kNoValues : oldKey->second;
+        for (const auto& [name, line] : values) {
+            const auto oldValue = oldValues.find(name);
+            if (oldValue == oldValues.end())
+                add("Value added", key, name, line);
+            else if (oldValue->second != line)
+                add("Value changed", key, name, oldValue->second + " " + line);
+        }
+        for (const auto& [name, line] : oldValues) {
+            if (values.count(name) == 0)
+                add("Value deleted", key, name, line);
+        }
+    }
+    return lines;
+}
 
 std::string DumpTree(HKEY root, LPCWSTR path)
 {

@@ -2,13 +2,18 @@
 
 #include <fstream>
 #include <memory>
+#include <set>
 
 #include "base/Text.h"
 #include "framework/MessageBox_win.h"
 #include "platform/FaultInjectingPlatform.h"
 #include "regfile/FileJobs_win.h"
+#include "regfile/ImportPreviewDlg_win.h"
+#include "regfile/RegImportRun.h"
 #include "registry/RegKey.h"
 #include "resources/resource.h"
+#include "tests/support/ImportPreviewCases.h"
+#include "tests/support/RegistryDump.h"
 #include "tests/support/ScratchKey.h"
 #include "tests/support/TestFiles.h"
 #include "tests/support/TestText.h"
@@ -273,6 +278,44 @@ TEST_F(FileJobsTest, TheImportCommandChecksTheFileAndAsksFirst)
     const std::string question = "Do you want to import registry file?|10024";
     EXPECT_EQ(m_messages, (Messages{"File does not exist.|10030", question, question,
                                     "Registry import finished successfully.|10040"}));
+}
+
+// The preview window lists what the import it then runs changes: its rows
+// are the difference between dumps taken before and after, with the error
+// the import reports first.
+TEST_F(FileJobsTest, ThePreviewListsWhatItsImportThenChanges)
+{
+    struct CHost : IImportPreviewHost {
+        bool ShowRegistryItem(HKEY, LPCWSTR, LPCWSTR) override { return false; }
+    } host;
+    CScratchKey scratch(L"Preview");
+    std::ofstream(ToUtf8(Out()), std::ios::binary) << PreviewCaseFile(2, "");
+    CString error;
+    CRegImportRun(Out(), true).Run([] { return false; }, error);
+    const std::string before = DumpTree(HKEY_CURRENT_USER, scratch.Path());
+    std::ofstream(ToUtf8(Out()), std::ios::binary) << PreviewCaseFile(3, "");
+    std::set<std::string> rows;
+    CString base;
+    CModalScript script({Choose(L"out.reg"), [&] {
+                             const HWND dialog = FindDialog(L"Preview Import");
+                             ASSERT_NE(dialog, nullptr);
+                             base = ItemText(dialog, IDC_PREVIEW_BASE);
+                             const HWND list = GetDlgItem(dialog, IDC_PREVIEW_LIST);
+                             std::vector<CString> columns[3] = {ListRows(list, 0), ListRows(list, 1),
+                                                                ListRows(list, 2)};
+                             for (size_t i = 0; i < columns[0].size(); ++i)
+                                 rows.insert(ToUtf8(columns[0][i] + L"|" + columns[1][i] + L"|" + columns[2][i]));
+                             SendMessageW(dialog, WM_COMMAND, IDM_PREVIEW_IMPORT, 0);
+                         }});
+    ImportPreviewCommand(m_owner.GetHwnd(), host);
+    // The rows name their keys below the base key, as the dump does.
+    EXPECT_EQ(base, CString(L"HKEY_CURRENT_USER\\") + scratch.Path());
+    std::set<std::string> changed = {"Error||"};
+    for (const std::string& line : DumpDifference(before, DumpTree(HKEY_CURRENT_USER, scratch.Path())))
+        changed.insert(line.substr(0, line.rfind('|')));
+    EXPECT_EQ(rows, changed);
+    EXPECT_EQ(m_messages, (Messages{"There were errors during importing registry file. Not all keys and values were "
+                                    "imported.|10030"}));
 }
 
 }  // namespace
