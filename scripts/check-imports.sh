@@ -17,7 +17,7 @@ shell_objects='HandheldShell_win.cpp.obj|SoftKeyBar_win.cpp.obj'
 for file in "$exe" "$map"; do
     [ -f "$file" ] || { echo "check-imports: $file is missing: build Quenda first" >&2; exit 2; }
 done
-case $(objdump -f "$exe" 2>/dev/null | sed -n 's/.*file format //p') in
+case $(x86_64-w64-mingw32-objdump -f "$exe" | sed -n 's/.*file format //p') in
     pei-i386) objdump=i686-w64-mingw32-objdump ;;
     *) objdump=x86_64-w64-mingw32-objdump ;;
 esac
