@@ -171,11 +171,14 @@ void CMainWnd::OnInitMenuPopup(HMENU menu)
     if (IsSmartphone())
         DeleteMenu(menu, IDM_SEARCH_TOOLBAR, MF_BYCOMMAND);
     const SMenuContext context = GetMenuContext();
-    const int count = GetMenuItemCount(menu);
-    for (int index = 0; index < count; ++index) {
-        const UINT command = GetMenuItemID(menu, index);
+    // The handheld has no GetMenuItemCount or GetMenuItemID: the items are
+    // read by position until there is none.
+    MENUITEMINFOW item = {};
+    item.cbSize = sizeof(item);
+    item.fMask = MIIM_ID | MIIM_SUBMENU;
+    for (int index = 0; GetMenuItemInfoW(menu, index, TRUE, &item); ++index) {
         SMenuItemState state;
-        if (command == static_cast<UINT>(-1) || !GetMenuItemState(command, context, state))
+        if (item.hSubMenu != nullptr || !GetMenuItemState(item.wID, context, state))
             continue;
         EnableMenuItem(menu, index, MF_BYPOSITION | (state.enabled ? MF_ENABLED : MF_GRAYED));
         if (state.label != nullptr) {

@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <cwchar>
 
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
@@ -130,7 +131,7 @@ void CHexEditCtrl::CreateFontForScreen()
     font.lfWeight = FW_NORMAL;
     font.lfCharSet = ANSI_CHARSET;
     font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
-    lstrcpynW(font.lfFaceName, L"Courier New", LF_FACESIZE);
+    wcsncpy(font.lfFaceName, L"Courier New", LF_FACESIZE - 1);
     m_font.Reset(CreateFontIndirectW(&font));
 }
 
@@ -504,7 +505,7 @@ void CHexEditCtrl::NotifyPasteFailed() const
 void CHexEditCtrl::SetInputPanel(bool up) const
 {
     // Only a dialog that asked for the input panel gets it.
-    if (FindWindowExW(GetParent(GetHwnd()), nullptr, WC_SIPPREF, nullptr) != nullptr)
+    if (FindChildOfClass(GetParent(GetHwnd()), WC_SIPPREF) != nullptr)
         SHSipPreference(GetHwnd(), up ? SIP_UP : SIP_DOWN);
 }
 

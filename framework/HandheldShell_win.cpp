@@ -327,4 +327,9 @@ HFONT SystemFont()
     return static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
 }
 
+UINT GetWindowsFolder(LPWSTR buffer, UINT capacity)
+{
+    return GetWindowsDirectoryW(buffer, capacity);
+}
+
 }  // namespace Handheld

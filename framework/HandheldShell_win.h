@@ -186,5 +186,9 @@ INT_PTR PropertySheetW(const PROPSHEETHEADERW* header);
 // The stock SYSTEM_FONT of the handheld, a proportional user-interface font
 // (the desktop's is a raster font of another age).
 HFONT SystemFont();
+// The folder of the system: the handheld's is always "\Windows", which the
+// desktop asks GetWindowsDirectoryW for. Its length; 0 when it cannot be
+// read.
+UINT GetWindowsFolder(LPWSTR buffer, UINT capacity);
 
 }  // namespace Handheld

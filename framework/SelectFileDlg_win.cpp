@@ -8,6 +8,7 @@
 #include "framework/DialogSoftKeys_win.h"
 #include "framework/DpiScale.h"
 #include "framework/FilePaths.h"
+#include "framework/HandheldShell_win.h"
 #include "framework/MessageBox_win.h"
 #include "framework/WaitCursor_win.h"
 #include "framework/WindowHelpers_win.h"
@@ -461,7 +462,7 @@ CString ResolveSpecialFolder(int index, const CString& programFiles)
     }
     if (token == TEXT("%Windows%")) {
         WCHAR buffer[MAX_PATH] = {};
-        const UINT length = GetWindowsDirectoryW(buffer, MAX_PATH);
+        const UINT length = Handheld::GetWindowsFolder(buffer, MAX_PATH);
         return FolderOr(TEXT("\\Windows"), length > 0 && length < MAX_PATH ? CString(buffer) : CString());
     }
     if (token == TEXT("%Temp%")) {

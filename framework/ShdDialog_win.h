@@ -10,9 +10,9 @@
 // Results of a modal dialog: 1 OK, 2 Cancel, 3 could not initialise.
 class CShdDialog {
 public:
-    static const INT_PTR kResultOk = 1;
-    static const INT_PTR kResultCancel = 2;
-    static const INT_PTR kResultInitFailed = 3;
+    static constexpr INT_PTR kResultOk = 1;
+    static constexpr INT_PTR kResultCancel = 2;
+    static constexpr INT_PTR kResultInitFailed = 3;
 
     CShdDialog() = default;
     // Destroys a live dialog window and the helper's controls.

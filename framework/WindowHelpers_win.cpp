@@ -1,5 +1,7 @@
 #include "framework/WindowHelpers_win.h"
 
+#include <cwchar>
+
 #include "framework/DpiScale.h"
 #include "framework/HandheldShell_win.h"
 #include "framework/SystemInfo.h"
@@ -25,7 +27,7 @@ HFONT CShdFontsManager::GetDefaultFont()
     LOGFONTW description = {};
     if (GetObjectW(Handheld::SystemFont(), sizeof(description), &description) == 0) {
         description = {};
-        lstrcpynW(description.lfFaceName, L"Tahoma", LF_FACESIZE);
+        wcsncpy(description.lfFaceName, L"Tahoma", LF_FACESIZE - 1);
     }
     description.lfHeight = FontHeightForPoints(kDefaultFontPoints, ScreenDpiY());
     description.lfWeight = FW_NORMAL;
@@ -114,6 +116,16 @@ HWND CreateMenuBar(HWND parent, HINSTANCE instance, UINT resourceId, bool isMenu
     info.nToolBarId = resourceId;
     info.hInstRes = instance;
     return SHCreateMenuBar(&info) ? info.hwndMB : nullptr;
+}
+
+HWND FindChildOfClass(HWND parent, LPCWSTR className)
+{
+    for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        WCHAR name[64] = {};
+        if (GetClassNameW(child, name, 64) > 0 && lstrcmpiW(name, className) == 0)
+            return child;
+    }
+    return nullptr;
 }
 
 bool IsSmartphone()

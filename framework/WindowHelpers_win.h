@@ -75,6 +75,10 @@ bool ReadClipboardText(HWND owner, CString& text);
 // The soft-key bar of a window from a menu or a menu-bar resource; null when
 // it cannot be made.
 HWND CreateMenuBar(HWND parent, HINSTANCE instance, UINT resourceId, bool isMenuBarResource);
+// The first child of a window with the class, compared without case as
+// window classes are; null when there is none. (The handheld has no
+// FindWindowExW.)
+HWND FindChildOfClass(HWND parent, LPCWSTR className);
 // Whether the handheld is a Smartphone; asked once.
 bool IsSmartphone();
 // The system version packed as PackOsVersion does; asked once.

@@ -6,7 +6,8 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev googletest
     g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
-    wine wine64 fonts-wine xvfb
+    g++-mingw-w64-i686-posix binutils-mingw-w64-i686
+    wine wine64 wine32:i386 fonts-wine xvfb
     "$@"
 )
 
@@ -19,6 +20,10 @@ done
 echo "Installing: ${missing[*]}"
 sudo=""
 [ "$(id -u)" -ne 0 ] && sudo=sudo
+# Wine's 32-bit side (for the 32-bit build's tests) is an i386 package.
+if ! dpkg --print-foreign-architectures | grep -qx i386; then
+    $sudo dpkg --add-architecture i386
+fi
 # A failing mirror for one index need not stop the install.
 $sudo apt-get update -qq || echo "apt-get update reported errors; installing anyway" >&2
 DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

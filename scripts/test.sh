@@ -1,7 +1,9 @@
 #!/bin/bash
 # Builds everything and runs every test: the portable core natively, with
 # AddressSanitizer and UndefinedBehaviorSanitizer, with ThreadSanitizer, and
-# the Windows build (Quenda.exe and its tests) under Wine.
+# the two Windows builds (Quenda.exe and its tests, 64-bit and 32-bit) under
+# Wine, each with the check that Quenda.exe imports only what the handheld
+# offers.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -34,7 +36,7 @@ run_preset() {
     # Windows programs run one at a time: two of them showing windows on the
     # same display can take each other's focus. A test that hangs fails.
     local jobs=2
-    [ "$preset" = windows ] && jobs=1
+    [[ "$preset" == windows* ]] && jobs=1
     ctest --preset "$preset" -j"$jobs" --timeout 300 2>&1 | tee "$results" || status=$?
     local line
     line=$(grep -E "tests passed, [0-9]+ tests failed out of [0-9]+" "$results" | tail -1)
@@ -69,14 +71,31 @@ else
     status=1
 fi
 
-# One Wine prefix, display and server for all Windows tests.
-quenda_wine_env "$root/build/windows/wineprefix"
+# One display for all Windows tests; one Wine prefix and server for each
+# build's (the 32-bit build's prefix is 32-bit, as the handheld is).
 quenda_start_xvfb
-wineserver -p
-# Start Wine's background services now, with nowhere to write: started by
-# a test, they would hold ctest's output pipe open after it ends.
-wine cmd.exe /c exit </dev/null >/dev/null 2>&1
-run_preset windows || status=1
+run_windows() {
+    local preset=$1 arch=$2
+    quenda_wine_env "$root/build/$preset/wineprefix" "$arch"
+    wineserver -p
+    # Start Wine's background services now, with nowhere to write: started by
+    # a test, they would hold ctest's output pipe open after it ends.
+    wine cmd.exe /c exit </dev/null >/dev/null 2>&1
+    local result=0
+    run_preset "$preset" || result=1
+    echo "== $preset: imports"
+    if "$root/scripts/check-imports.sh" "$root/build/$preset"; then
+        passed=$((passed + 1))
+    else
+        failed=$((failed + 1))
+        result=1
+    fi
+    wineserver -k 2>/dev/null || true
+    wineserver -w 2>/dev/null || true
+    return $result
+}
+run_windows windows win64 || status=1
+run_windows windows32 win32 || status=1
 
 echo "total: $passed passed, $failed failed"
 exit $status

@@ -1,8 +1,13 @@
 # Sourced by the scripts: the build's own Wine prefix.
-#   quenda_wine_env PREFIX   exports the settings and creates the prefix once
+#   quenda_wine_env PREFIX [ARCH]   exports the settings and creates the
+#                                   prefix once (ARCH: win64, the default,
+#                                   or win32 for the 32-bit build)
 
 quenda_wine_env() {
     export WINEPREFIX="$1"
+    # The 32-bit build's prefix is 32-bit all through, as the handheld is
+    # (Wine refuses a prefix of the other kind, so say which it is).
+    export WINEARCH="${2:-win64}"
     export WINEDEBUG=-all
     # No downloads of Mono or Gecko, which the program does not need.
     export WINEDLLOVERRIDES="mscoree,mshtml="

@@ -18,6 +18,21 @@ const DWORD kPatienceMilliseconds = 15000;
 // The soft-key bar's height in design units.
 const int kSoftKeyBarDesign = 26;
 
+// An enumeration callback: a lambda would not have the callback's calling
+// convention on 32-bit Windows.
+BOOL CALLBACK CancelDialog(HWND window, LPARAM)
+{
+    WCHAR className[16] = {};
+    GetClassNameW(window, className, 16);
+    if (IsWindowVisible(window) && lstrcmpW(className, L"#32770") == 0) {
+        // A dialog box ends at once; a property sheet, or a modeless box with
+        // a loop of its own, ends on its Cancel command.
+        PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+        EndDialog(window, IDCANCEL);
+    }
+    return TRUE;
+}
+
 }  // namespace
 
 HINSTANCE TestInstance()
@@ -104,20 +119,7 @@ void CModalScript::GiveUp()
     m_gaveUp = true;
     m_next = m_steps.size();
     EndMenu();
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM) {
-            WCHAR className[16] = {};
-            GetClassNameW(window, className, 16);
-            if (IsWindowVisible(window) && lstrcmpW(className, L"#32770") == 0) {
-                // A dialog box ends at once; a property sheet, or a modeless
-                // box with a loop of its own, ends on its Cancel command.
-                PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
-                EndDialog(window, IDCANCEL);
-            }
-            return TRUE;
-        },
-        0);
+    EnumThreadWindows(GetCurrentThreadId(), CancelDialog, 0);
 }
 
 CTestFrame::CTestFrame()
