@@ -304,18 +304,26 @@ HKEY COverlayPlatform::NewHandle(SNode& node)
     return handle;
 }
 
+LONG COverlayPlatform::FindExisting(HKEY parent, LPCWSTR subKey, SNode** node)
+{
+    const LONG status = Resolve(parent, node);
+    if (status != ERROR_SUCCESS)
+        return status;
+    for (const CString& name : SplitSubkeyPath(subKey)) {
+        *node = Child(**node, name);
+        if (!Exists(**node))
+            return ERROR_FILE_NOT_FOUND;
+    }
+    return ERROR_SUCCESS;
+}
+
 LONG COverlayPlatform::RegOpenKeyExW(HKEY parent, LPCWSTR subKey, DWORD, REGSAM, HKEY* result)
 {
     *result = nullptr;
     SNode* node = nullptr;
-    const LONG status = Resolve(parent, &node);
+    const LONG status = FindExisting(parent, subKey, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitSubkeyPath(subKey)) {
-        node = Child(*node, name);
-        if (!Exists(*node))
-            return ERROR_FILE_NOT_FOUND;
-    }
     *result = NewHandle(*node);
     return ERROR_SUCCESS;
 }
@@ -489,14 +497,9 @@ LONG COverlayPlatform::RegDeleteKeyW(HKEY parent, LPCWSTR subKey)
     if (subKey == nullptr)
         return ERROR_INVALID_PARAMETER;
     SNode* node = nullptr;
-    const LONG status = Resolve(parent, &node);
+    const LONG status = FindExisting(parent, subKey, &node);
     if (status != ERROR_SUCCESS)
         return status;
-    for (const CString& name : SplitSubkeyPath(subKey)) {
-        node = Child(*node, name);
-        if (!Exists(*node))
-            return ERROR_FILE_NOT_FOUND;
-    }
     // Roots and keys that still have subkeys cannot be deleted.
     BuildView(*node);
     if (node->parent == nullptr || !node->viewSubkeys.empty())

@@ -104,6 +104,8 @@ private:
     };
 
     LONG Resolve(HKEY key, SNode** node);
+    // The existing key `subKey` below the key of a handle.
+    LONG FindExisting(HKEY parent, LPCWSTR subKey, SNode** node);
     SNode* Child(SNode& node, const CString& name);
     CString PathOf(const SNode& node) const;
     bool Exists(SNode& node);
