@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "framework/DpiScale.h"
+#include "framework/HandheldShell_win.h"
 #include "framework/WindowHelpers_win.h"
 #include "registry/KeyPath.h"
 #include "registry/RegKey.h"
@@ -19,6 +20,34 @@
 namespace {
 
 using Messages = std::vector<std::string>;
+
+// Counts the requests, sent to soft-key bars while it lives, that redirect
+// the Back key to a dialog: a hook on the thread sees each as it is sent.
+class CBackKeyRequests {
+public:
+    CBackKeyRequests() : m_hook(SetWindowsHookExW(WH_CALLWNDPROC, Record, nullptr, GetCurrentThreadId()))
+    {
+        s_count = 0;
+    }
+    ~CBackKeyRequests() { UnhookWindowsHookEx(m_hook); }
+    CBackKeyRequests(const CBackKeyRequests&) = delete;
+    CBackKeyRequests& operator=(const CBackKeyRequests&) = delete;
+    int Count() const { return s_count; }
+
+private:
+    static LRESULT CALLBACK Record(int code, WPARAM wParam, LPARAM lParam)
+    {
+        const auto* sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (code == HC_ACTION && sent->message == SHCMBM_OVERRIDEKEY && sent->wParam == VK_TBACK)
+            ++s_count;
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static int s_count;
+    HHOOK m_hook;
+};
+
+int CBackKeyRequests::s_count = 0;
 
 // Gives the window a client area `height` high: true when it then shows
 // `second` below `first`, false when beside it.
@@ -94,8 +123,10 @@ TEST_F(MainWnd, TheSplitFollowsTheArrowKeysAndTheWindowsHeight)
 
 // Every refusal leaves the dialog open with what was typed; a created key
 // carries its class and is selected in the tree, and Properties shows both.
+// Only the new-key dialog, which has names to erase, takes the Back key.
 TEST_F(MainWnd, NewKeyAndKeyProperties)
 {
+    const CBackKeyRequests backKeys;
     m_faults.FailOpen(L"Refused");
     CScratchKey scratch(L"NewKey");
     CShdRegKey existing;
@@ -136,6 +167,7 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
         EXPECT_EQ(DumpTree(HKEY_CURRENT_USER, scratch.Path()), ".\n" "Existing\n");
         type(dialog, "New", "Klasse");
     }}));
+    EXPECT_EQ(backKeys.Count(), 1);
     HKEY root = nullptr;
     CString selected;
     EXPECT_TRUE(m_window->GetSelectedKey(root, selected));
@@ -150,6 +182,7 @@ TEST_F(MainWnd, NewKeyAndKeyProperties)
         EXPECT_EQ(ItemText(dialog, IDC_KEY_CLASS), L"Klasse");
         SendMessageW(dialog, WM_COMMAND, IDM_CLOSE, 0);
     }}));
+    EXPECT_EQ(backKeys.Count(), 1) << "Key Properties keeps the shell's Back key";
 
     // Keys deleted behind the program's back.
     DeleteTreeForTests(scratch.Handle(), L"New");
