@@ -24,7 +24,8 @@ void CFilesController::PreviewImport()
 
 bool CFilesController::ShowRegistryItem(HKEY root, LPCWSTR path, LPCWSTR valueName)
 {
-    if (!m_panes.NavigateTo(root, path))
+    // The tree may still hold a key deleted since it was loaded.
+    if (!m_panes.NavigateToExisting(root, path))
         return false;
     const bool onValue = valueName != nullptr && m_panes.SelectValueByName(valueName);
     SetFocus(onValue ? m_panes.GetList() : m_panes.GetTree());
